@@ -1,0 +1,173 @@
+// The scene database at scale: building, key lookup, contents searches and subtree walks.
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <cstring>
+#include <malloc.h>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <obsidra/hc.h>
+
+namespace {
+
+const HC_POINT kTriangle[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+const int kFaces[] = {3, 0, 1, 2};
+
+size_t HeapInUse() {
+    return mallinfo2().uordblks;
+}
+
+double ResidentMegabytes() {
+    long pages = 0, resident = 0;
+    if (FILE* f = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(f, "%ld %ld", &pages, &resident) != 2) resident = 0;
+        std::fclose(f);
+    }
+    return static_cast<double>(resident) * 4096.0 / (1024.0 * 1024.0);
+}
+
+// n named segments under /flat, each holding one triangle shell.
+void BuildFlat(int n) {
+    char name[32];
+    HC_Open_Segment("/flat");
+    for (int i = 0; i < n; ++i) {
+        std::snprintf(name, sizeof name, "s%d", i);
+        HC_Open_Segment(name);
+        HC_Insert_Shell(3, kTriangle, 4, kFaces);
+        HC_Close_Segment();
+    }
+    HC_Close_Segment();
+}
+
+// 100 x 100 x 100 segments below /tree, a shell in each leaf.
+void BuildTree() {
+    char name[32];
+    HC_Open_Segment("/tree");
+    for (int a = 0; a < 100; ++a) {
+        std::snprintf(name, sizeof name, "a%d", a);
+        HC_Open_Segment(name);
+        for (int b = 0; b < 100; ++b) {
+            std::snprintf(name, sizeof name, "b%d", b);
+            HC_Open_Segment(name);
+            for (int c = 0; c < 100; ++c) {
+                std::snprintf(name, sizeof name, "c%d", c);
+                HC_Open_Segment(name);
+                HC_Insert_Shell(3, kTriangle, 4, kFaces);
+                HC_Close_Segment();
+            }
+            HC_Close_Segment();
+        }
+        HC_Close_Segment();
+    }
+    HC_Close_Segment();
+}
+
+void BM_CreateSegmentsWithShell(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        HC_Reset_System();
+        malloc_trim(0);
+        size_t heapBefore = HeapInUse();
+        state.ResumeTiming();
+        BuildFlat(n);
+        state.PauseTiming();
+        state.counters["heap_bytes_per_segment"] =
+            static_cast<double>(HeapInUse() - heapBefore) / n;
+        state.counters["resident_mb"] = ResidentMegabytes();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+    HC_Reset_System();
+}
+BENCHMARK(BM_CreateSegmentsWithShell)
+    ->Arg(1000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Unit(benchmark::kMillisecond);
+
+void BM_KeyLookup(benchmark::State& state) {
+    HC_Reset_System();
+    BuildFlat(1000000);
+    std::vector<HC_KEY> keys;
+    HC_Open_Segment("/flat");
+    HC_Begin_Contents_Search(".", "segments");
+    char type[HC_TEXT_MAX];
+    HC_KEY key;
+    while (HC_Find_Contents(type, &key))
+        keys.push_back(key);
+    HC_End_Contents_Search();
+    HC_Close_Segment();
+    std::shuffle(keys.begin(), keys.end(), std::mt19937(1));
+    size_t i = 0;
+    int live = 0;
+    for (auto _ : state) {
+        live += HC_Show_Existence_By_Key(keys[i], "self");
+        HC_Show_Key_Type(keys[i], type);
+        benchmark::DoNotOptimize(type);
+        if (++i == keys.size()) i = 0;
+    }
+    benchmark::DoNotOptimize(live);
+    state.SetItemsProcessed(state.iterations());
+    HC_Reset_System();
+}
+BENCHMARK(BM_KeyLookup);
+
+void BM_ContentsCountOfMillionSubsegments(benchmark::State& state) {
+    HC_Reset_System();
+    BuildFlat(1000000);
+    HC_Open_Segment("/flat");
+    for (auto _ : state) {
+        int count = 0;
+        HC_Begin_Contents_Search(".", "segments");
+        HC_Show_Contents_Count(&count);
+        HC_End_Contents_Search();
+        if (count != 1000000) state.SkipWithError("wrong count");
+    }
+    HC_Close_Segment();
+    HC_Reset_System();
+}
+BENCHMARK(BM_ContentsCountOfMillionSubsegments)->Unit(benchmark::kMillisecond);
+
+void BM_ContentsWalkOfMillionSubsegments(benchmark::State& state) {
+    HC_Reset_System();
+    BuildFlat(1000000);
+    HC_Open_Segment("/flat");
+    char type[HC_TEXT_MAX];
+    HC_KEY key;
+    for (auto _ : state) {
+        int found = 0;
+        HC_Begin_Contents_Search(".", "segments");
+        while (HC_Find_Contents(type, &key))
+            ++found;
+        HC_End_Contents_Search();
+        if (found != 1000000) state.SkipWithError("wrong count");
+    }
+    HC_Close_Segment();
+    state.SetItemsProcessed(state.iterations() * 1000000);
+    HC_Reset_System();
+}
+BENCHMARK(BM_ContentsWalkOfMillionSubsegments)->Unit(benchmark::kMillisecond);
+
+void BM_SubtreeWalkOfMillionSegments(benchmark::State& state) {
+    HC_Reset_System();
+    BuildTree();
+    HC_Open_Segment("/tree");
+    char type[HC_TEXT_MAX];
+    HC_KEY key;
+    for (auto _ : state) {
+        int found = 0;
+        HC_Begin_Contents_Search("...", "segments");
+        while (HC_Find_Contents(type, &key))
+            ++found;
+        HC_End_Contents_Search();
+        if (found != 1010100) state.SkipWithError("wrong count");
+    }
+    HC_Close_Segment();
+    state.SetItemsProcessed(state.iterations() * 1010100);
+    HC_Reset_System();
+}
+BENCHMARK(BM_SubtreeWalkOfMillionSegments)->Unit(benchmark::kMillisecond);
+
+} // namespace

@@ -1,0 +1,695 @@
+// The HC_ functions: thin wrappers that name themselves for error reports and forward to the
+// process-wide database.
+#include <string>
+
+#include <obsidra/hc.h>
+
+#include "hc/database.h"
+#include "hc/error.h"
+#include "hc/metafile.h"
+#include "hc/text.h"
+
+using namespace hc;
+
+#define HC_API(name) ApiScope apiScope(#name)
+
+namespace {
+
+std::string_view Text(const char* text) {
+    return text ? std::string_view(text) : std::string_view();
+}
+
+Link* LinkOf(HC_KEY key, ContentKind type) {
+    Database& db = Current();
+    Slot slot = db.Require(key);
+    Object* object = db.Get(slot);
+    if (object && object->kind == ObjectKind::Link && object->type == type)
+        return static_cast<Link*>(object);
+    if (object) ReportError("key " + KeyText(key) + " is not a " + std::string(TypeWord(type)));
+    return nullptr;
+}
+
+Geometry* GeometryOf(HC_KEY key, ContentKind type) {
+    Database& db = Current();
+    Object* object = db.Get(db.Require(key));
+    if (object && object->kind == ObjectKind::Geometry && object->type == type)
+        return static_cast<Geometry*>(object);
+    if (object) ReportError("key " + KeyText(key) + " is not a " + std::string(TypeWord(type)));
+    return nullptr;
+}
+
+Slot CurrentSegmentOrReport() {
+    Slot segment = Current().CurrentSegment();
+    if (segment == kNoSlot) ReportError("the open segment no longer exists");
+    return segment;
+}
+
+HC_KEY KeyOrZero(Slot slot) {
+    return slot == kNoSlot ? 0 : Current().KeyOf(slot);
+}
+
+// Where a new link goes: a reference made while a geometry item is open is attached to that
+// item, everything else goes into the current segment.
+Slot LinkOwner(ContentKind type) {
+    Database& db = Current();
+    Slot target = db.AttributeTarget();
+    Object* object = db.Get(target);
+    if (type == ContentKind::Reference && object && object->kind != ObjectKind::Segment)
+        return target;
+    return CurrentSegmentOrReport();
+}
+
+HC_KEY AddLinkByPath(ContentKind type, const char* segment, const char* condition) {
+    Database& db = Current();
+    Slot target = db.ResolvePath(Text(segment), true);
+    if (target == kNoSlot) return 0;
+    return KeyOrZero(db.AddLink(LinkOwner(type), type, target, Text(condition)));
+}
+
+HC_KEY AddLinkByKey(ContentKind type, HC_KEY key, const char* condition,
+                    const char* filter = nullptr) {
+    Database& db = Current();
+    Slot target = db.Require(key);
+    if (target == kNoSlot) return 0;
+    Object* object = db.Get(target);
+    bool segment = object->kind == ObjectKind::Segment;
+    if (!segment && (type != ContentKind::Reference || object->kind != ObjectKind::Geometry)) {
+        ReportError("key " + KeyText(key) + " cannot be the target of a " +
+                    std::string(TypeWord(type)));
+        return 0;
+    }
+    return KeyOrZero(db.AddLink(LinkOwner(type), type, target, Text(condition), Text(filter)));
+}
+
+void ShowLink(HC_KEY key, ContentKind type, char* pathname, char* condition) {
+    CopyOut("", pathname);
+    CopyOut("", condition);
+    if (Link* link = LinkOf(key, type)) {
+        CopyOut(Current().Pathname(Current().LinkTarget(*link)), pathname);
+        CopyOut(link->condition, condition);
+    }
+}
+
+HC_KEY LinkTargetKey(HC_KEY key, ContentKind type, char* pathname) {
+    CopyOut("", pathname);
+    Link* link = LinkOf(key, type);
+    if (!link) return 0;
+    Slot target = Current().LinkTarget(*link);
+    if (target != kNoSlot) CopyOut(Current().Pathname(target), pathname);
+    return KeyOrZero(target);
+}
+
+template <typename T>
+void Put(T* out, T value) {
+    if (out) *out = value;
+}
+
+void SetOptions(ContentKind kind, const char* options) {
+    Current().SetOptions(Current().AttributeTarget(), kind, Text(options));
+}
+
+void UnSetOptions(ContentKind kind) {
+    Current().UnSetOptions(Current().AttributeTarget(), kind);
+}
+
+void ShowOptions(ContentKind kind, char* options) {
+    Slot target = Current().AttributeTarget();
+    const OptionList* list = Current().ShowOptions(target, kind);
+    if (!list && target != kNoSlot)
+        ReportError("no " + std::string(TypeWord(kind)) + " is set here");
+    CopyOut(list ? list->Format() : std::string(), options);
+}
+
+HC_POINT Point(double x, double y, double z) {
+    return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+}
+
+HC_KEY InsertPoints(ContentKind type, std::vector<HC_POINT> points, std::string text = {}) {
+    Geometry* geometry = Current().AddGeometry(CurrentSegmentOrReport(), type);
+    if (!geometry) return 0;
+    geometry->points = std::move(points);
+    if (!text.empty()) geometry->Extras().text = std::move(text);
+    return Current().KeyOf(geometry->slot);
+}
+
+} // namespace
+
+extern "C" {
+
+void HC_Define_Error_Handler(HC_ERROR_HANDLER handler) {
+    SetErrorHandler(handler);
+}
+
+void HC_Reset_System(void) {
+    Current().Reset();
+}
+
+// --- Segments ------------------------------------------------------------------------------------
+
+HC_KEY HC_Open_Segment(const char* segment) {
+    HC_API(HC_Open_Segment);
+    return KeyOrZero(Current().OpenSegment(Text(segment)));
+}
+
+void HC_Open_Segment_By_Key(HC_KEY key) {
+    HC_API(HC_Open_Segment_By_Key);
+    Current().OpenSegmentByKey(key);
+}
+
+void HC_Close_Segment(void) {
+    HC_API(HC_Close_Segment);
+    Current().CloseSegment();
+}
+
+HC_KEY HC_Create_Segment(const char* segment) {
+    HC_API(HC_Create_Segment);
+    return KeyOrZero(Current().ResolvePath(Text(segment), true));
+}
+
+void HC_Delete_Segment(const char* segment) {
+    HC_API(HC_Delete_Segment);
+    Database& db = Current();
+    for (Slot slot : db.ResolveSpec(Text(segment)))
+        db.DeleteObject(slot);
+}
+
+void HC_Delete_By_Key(HC_KEY key) {
+    HC_API(HC_Delete_By_Key);
+    Database& db = Current();
+    if (Slot slot = db.Require(key); slot != kNoSlot) db.DeleteObject(slot);
+}
+
+void HC_Rename_Segment(const char* oldName, const char* newName) {
+    HC_API(HC_Rename_Segment);
+    Current().RenameSegment(Text(oldName), Text(newName));
+}
+
+void HC_Move_By_Key(HC_KEY key, const char* newOwner) {
+    HC_API(HC_Move_By_Key);
+    Database& db = Current();
+    if (Slot slot = db.Require(key); slot != kNoSlot) db.MoveObject(slot, Text(newOwner));
+}
+
+void HC_Copy_Segment(const char* oldName, const char* newName) {
+    HC_API(HC_Copy_Segment);
+    Current().CopySegment(Text(oldName), Text(newName));
+}
+
+void HC_Flush_Contents(const char* segment, const char* filter) {
+    HC_API(HC_Flush_Contents);
+    Current().FlushContents(Text(segment), Text(filter));
+}
+
+void HC_Show_Segment(HC_KEY key, char* pathname) {
+    HC_API(HC_Show_Segment);
+    Database& db = Current();
+    Slot slot = db.Require(key);
+    if (slot != kNoSlot && !db.GetSegment(slot)) slot = db.OwnerSegment(slot);
+    CopyOut(slot == kNoSlot ? std::string() : db.Pathname(slot), pathname);
+}
+
+// --- Keys ----------------------------------------------------------------------------------------
+
+void HC_Show_Key_Type(HC_KEY key, char* type) {
+    HC_API(HC_Show_Key_Type);
+    Database& db = Current();
+    Object* object = db.Get(db.Require(key));
+    CopyOut(object ? TypeWord(object->type) : std::string_view(), type);
+}
+
+HC_KEY HC_Show_Original_Key(HC_KEY key) {
+    HC_API(HC_Show_Original_Key);
+    Slot slot = Current().Require(key);
+    return slot == kNoSlot ? 0 : OriginalKey(slot);
+}
+
+HC_KEY HC_Show_Owner_By_Key(HC_KEY key, char* ownerPathname) {
+    HC_API(HC_Show_Owner_By_Key);
+    Database& db = Current();
+    Slot slot = db.Require(key);
+    Slot owner = db.OwnerSegment(slot);
+    if (slot != kNoSlot && owner == kNoSlot) ReportError("the root segment has no owner");
+    CopyOut(owner == kNoSlot ? std::string() : db.Pathname(owner), ownerPathname);
+    return KeyOrZero(owner);
+}
+
+HC_KEY HC_Show_Owner_Original_Key(HC_KEY key) {
+    HC_API(HC_Show_Owner_Original_Key);
+    Database& db = Current();
+    Slot slot = db.Require(key);
+    Slot owner = db.OwnerSegment(slot);
+    if (slot != kNoSlot && owner == kNoSlot) ReportError("the root segment has no owner");
+    return owner == kNoSlot ? 0 : OriginalKey(owner);
+}
+
+HC_KEY HC_Renumber_Key(HC_KEY oldKey, HC_KEY newKey, const char* scope) {
+    HC_API(HC_Renumber_Key);
+    return Current().Renumber(oldKey, newKey, Text(scope));
+}
+
+// --- Contents searches ---------------------------------------------------------------------------
+
+void HC_Begin_Contents_Search(const char* scope, const char* filter) {
+    HC_API(HC_Begin_Contents_Search);
+    Current().BeginContentsSearch(Text(scope), Text(filter));
+}
+
+bool HC_Find_Contents(char* type, HC_KEY* key) {
+    HC_API(HC_Find_Contents);
+    std::string word;
+    HC_KEY found = 0;
+    bool more = Current().FindContents(word, found);
+    CopyOut(word, type);
+    Put(key, found);
+    return more;
+}
+
+void HC_Show_Contents_Count(int* count) {
+    HC_API(HC_Show_Contents_Count);
+    Put(count, Current().ContentsCount());
+}
+
+void HC_End_Contents_Search(void) {
+    HC_API(HC_End_Contents_Search);
+    Current().EndContentsSearch();
+}
+
+int HC_Show_Existence(const char* filter) {
+    HC_API(HC_Show_Existence);
+    Database& db = Current();
+    if (ToLower(Trim(Text(filter))) == "self") return db.GetSegment(db.CurrentSegment()) ? 1 : 0;
+    std::vector<std::string> unknown;
+    Filter parsed = Filter::Parse(Text(filter), unknown);
+    for (const std::string& word : unknown)
+        ReportError("unknown content type \"" + word + "\"");
+    return db.Count(db.CurrentSegment(), parsed);
+}
+
+int HC_Show_Existence_By_Key(HC_KEY key, const char* filter) {
+    HC_API(HC_Show_Existence_By_Key);
+    Database& db = Current();
+    Slot slot = db.Resolve(key);
+    if (ToLower(Trim(Text(filter))) == "self") return slot == kNoSlot ? 0 : 1;
+    if (slot == kNoSlot) return 0;
+    std::vector<std::string> unknown;
+    Filter parsed = Filter::Parse(Text(filter), unknown);
+    for (const std::string& word : unknown)
+        ReportError("unknown content type \"" + word + "\"");
+    return db.Count(slot, parsed);
+}
+
+// --- Includes, styles, named styles --------------------------------------------------------------
+
+HC_KEY HC_Include_Segment(const char* segment) {
+    HC_API(HC_Include_Segment);
+    return AddLinkByPath(ContentKind::Include, segment, nullptr);
+}
+
+HC_KEY HC_Include_Segment_By_Key(HC_KEY segmentKey) {
+    HC_API(HC_Include_Segment_By_Key);
+    return AddLinkByKey(ContentKind::Include, segmentKey, nullptr);
+}
+
+HC_KEY HC_Conditional_Include(const char* segment, const char* condition) {
+    HC_API(HC_Conditional_Include);
+    return AddLinkByPath(ContentKind::Include, segment, condition);
+}
+
+HC_KEY HC_Conditional_Include_By_Key(HC_KEY segmentKey, const char* condition) {
+    HC_API(HC_Conditional_Include_By_Key);
+    return AddLinkByKey(ContentKind::Include, segmentKey, condition);
+}
+
+HC_KEY HC_Show_Include_Segment(HC_KEY key, char* pathname) {
+    HC_API(HC_Show_Include_Segment);
+    return LinkTargetKey(key, ContentKind::Include, pathname);
+}
+
+void HC_Show_Conditional_Include(HC_KEY key, char* pathname, char* condition) {
+    HC_API(HC_Show_Conditional_Include);
+    ShowLink(key, ContentKind::Include, pathname, condition);
+}
+
+HC_KEY HC_Style_Segment(const char* segment) {
+    HC_API(HC_Style_Segment);
+    return AddLinkByPath(ContentKind::Style, segment, nullptr);
+}
+
+HC_KEY HC_Style_Segment_By_Key(HC_KEY segmentKey) {
+    HC_API(HC_Style_Segment_By_Key);
+    return AddLinkByKey(ContentKind::Style, segmentKey, nullptr);
+}
+
+HC_KEY HC_Conditional_Style(const char* segment, const char* condition) {
+    HC_API(HC_Conditional_Style);
+    return AddLinkByPath(ContentKind::Style, segment, condition);
+}
+
+HC_KEY HC_Conditional_Style_By_Key(HC_KEY segmentKey, const char* condition) {
+    HC_API(HC_Conditional_Style_By_Key);
+    return AddLinkByKey(ContentKind::Style, segmentKey, condition);
+}
+
+HC_KEY HC_Show_Style_Segment(HC_KEY key, char* pathname) {
+    HC_API(HC_Show_Style_Segment);
+    return LinkTargetKey(key, ContentKind::Style, pathname);
+}
+
+void HC_Show_Conditional_Style(HC_KEY key, char* pathname, char* condition) {
+    HC_API(HC_Show_Conditional_Style);
+    ShowLink(key, ContentKind::Style, pathname, condition);
+}
+
+void HC_Define_Named_Style(const char* styleName, const char* sourceSegment) {
+    HC_API(HC_Define_Named_Style);
+    Database& db = Current();
+    Slot source = db.ResolvePath(Text(sourceSegment), true);
+    if (source != kNoSlot) db.DefineNamedStyle(CurrentSegmentOrReport(), Text(styleName), source);
+}
+
+void HC_Define_Named_Style_By_Key(const char* styleName, HC_KEY sourceKey) {
+    HC_API(HC_Define_Named_Style_By_Key);
+    Database& db = Current();
+    Slot source = db.Require(sourceKey);
+    if (source != kNoSlot) db.DefineNamedStyle(CurrentSegmentOrReport(), Text(styleName), source);
+}
+
+void HC_UnDefine_Named_Style(const char* styleName) {
+    HC_API(HC_UnDefine_Named_Style);
+    Current().UnDefineNamedStyle(CurrentSegmentOrReport(), Text(styleName));
+}
+
+HC_KEY HC_Show_Named_Style(const char* styleName, char* sourceSegment) {
+    HC_API(HC_Show_Named_Style);
+    Database& db = Current();
+    Slot source = db.FindNamedStyle(db.CurrentSegment(), Text(styleName));
+    if (source == kNoSlot) ReportError("no named style \"" + std::string(Text(styleName)) + "\"");
+    CopyOut(source == kNoSlot ? std::string() : db.Pathname(source), sourceSegment);
+    return KeyOrZero(source);
+}
+
+HC_KEY HC_Named_Style_Segment(const char* styleName) {
+    HC_API(HC_Named_Style_Segment);
+    return KeyOrZero(Current().AddNamedStyle(CurrentSegmentOrReport(), Text(styleName), {}));
+}
+
+HC_KEY HC_Conditional_Named_Style(const char* styleName, const char* condition) {
+    HC_API(HC_Conditional_Named_Style);
+    return KeyOrZero(
+        Current().AddNamedStyle(CurrentSegmentOrReport(), Text(styleName), Text(condition)));
+}
+
+void HC_Show_Named_Style_Segment(HC_KEY key, char* styleName) {
+    HC_API(HC_Show_Named_Style_Segment);
+    Link* link = LinkOf(key, ContentKind::NamedStyle);
+    CopyOut(link ? link->styleName : std::string(), styleName);
+}
+
+void HC_Begin_Named_Style_Search(void) {
+    HC_API(HC_Begin_Named_Style_Search);
+    Current().BeginNamedStyleSearch();
+}
+
+bool HC_Find_Named_Style(char* styleName) {
+    HC_API(HC_Find_Named_Style);
+    std::string name;
+    bool found = Current().FindNamedStyle(name);
+    CopyOut(name, styleName);
+    return found;
+}
+
+void HC_End_Named_Style_Search(void) {
+    HC_API(HC_End_Named_Style_Search);
+    Current().EndNamedStyleSearch();
+}
+
+// --- References ----------------------------------------------------------------------------------
+
+HC_KEY HC_Reference_Geometry(const char* segment) {
+    HC_API(HC_Reference_Geometry);
+    return AddLinkByPath(ContentKind::Reference, segment, nullptr);
+}
+
+HC_KEY HC_Reference_Geometry_By_Key(HC_KEY key) {
+    HC_API(HC_Reference_Geometry_By_Key);
+    return AddLinkByKey(ContentKind::Reference, key, nullptr);
+}
+
+HC_KEY HC_Conditional_Reference(const char* segment, const char* condition) {
+    HC_API(HC_Conditional_Reference);
+    return AddLinkByPath(ContentKind::Reference, segment, condition);
+}
+
+HC_KEY HC_Conditional_Reference_By_Key(HC_KEY key, const char* condition) {
+    HC_API(HC_Conditional_Reference_By_Key);
+    return AddLinkByKey(ContentKind::Reference, key, condition);
+}
+
+HC_KEY HC_Filtered_Reference_By_Key(HC_KEY key, const char* condition, const char* filter) {
+    HC_API(HC_Filtered_Reference_By_Key);
+    return AddLinkByKey(ContentKind::Reference, key, condition, filter);
+}
+
+HC_KEY HC_Show_Reference_Geometry(HC_KEY key) {
+    HC_API(HC_Show_Reference_Geometry);
+    return LinkTargetKey(key, ContentKind::Reference, nullptr);
+}
+
+HC_KEY HC_Show_Reference_Geometry_Filt(HC_KEY key, char* filter) {
+    HC_API(HC_Show_Reference_Geometry_Filt);
+    Link* link = LinkOf(key, ContentKind::Reference);
+    CopyOut(link ? link->filter : std::string(), filter);
+    return link ? KeyOrZero(Current().LinkTarget(*link)) : 0;
+}
+
+HC_KEY HC_Show_Conditional_Reference(HC_KEY key, char* condition) {
+    HC_API(HC_Show_Conditional_Reference);
+    Link* link = LinkOf(key, ContentKind::Reference);
+    CopyOut(link ? link->condition : std::string(), condition);
+    return link ? KeyOrZero(Current().LinkTarget(*link)) : 0;
+}
+
+namespace {
+// A segment's reference items; a geometry item's attached references; a reference's target.
+std::vector<Slot> ReferenceKeys(HC_KEY key) {
+    Database& db = Current();
+    Object* object = db.Get(db.Require(key));
+    std::vector<Slot> slots;
+    if (!object) return slots;
+    if (object->kind == ObjectKind::Segment) {
+        for (Found found : db.Contents(
+                 object->slot,
+                 [] {
+                     std::vector<std::string> unused;
+                     return Filter::Parse("references", unused);
+                 }(),
+                 false, false))
+            slots.push_back(found.slot);
+    } else if (object->kind == ObjectKind::Geometry) {
+        slots = static_cast<Geometry*>(object)->References();
+    } else if (object->type == ContentKind::Reference) {
+        if (Slot target = db.LinkTarget(*static_cast<Link*>(object)); target != kNoSlot)
+            slots.push_back(target);
+    }
+    return slots;
+}
+} // namespace
+
+void HC_Show_Reference_Keys_Count(HC_KEY key, int* count) {
+    HC_API(HC_Show_Reference_Keys_Count);
+    Put(count, static_cast<int>(ReferenceKeys(key).size()));
+}
+
+void HC_Show_Reference_Keys(HC_KEY key, int* count, HC_KEY* keys) {
+    HC_API(HC_Show_Reference_Keys);
+    std::vector<Slot> slots = ReferenceKeys(key);
+    Put(count, static_cast<int>(slots.size()));
+    if (keys)
+        for (size_t i = 0; i < slots.size(); ++i)
+            keys[i] = Current().KeyOf(slots[i]);
+}
+
+// --- Open geometry -------------------------------------------------------------------------------
+
+void HC_Open_Geometry(HC_KEY key) {
+    HC_API(HC_Open_Geometry);
+    Current().OpenGeometry(key);
+}
+
+void HC_Close_Geometry(void) {
+    HC_API(HC_Close_Geometry);
+    Current().CloseGeometry();
+}
+
+void HC_Begin_Open_Item_Search(void) {
+    HC_API(HC_Begin_Open_Item_Search);
+    Current().BeginOpenItemSearch();
+}
+
+bool HC_Find_Open_Item(HC_KEY* key, char* type, char* status) {
+    HC_API(HC_Find_Open_Item);
+    HC_KEY found = 0;
+    std::string word;
+    bool more = Current().FindOpenItem(found, word);
+    Put(key, found);
+    CopyOut(word, type);
+    CopyOut("", status);
+    return more;
+}
+
+void HC_End_Open_Item_Search(void) {
+    HC_API(HC_End_Open_Item_Search);
+    Current().EndOpenItemSearch();
+}
+
+// --- Geometry ------------------------------------------------------------------------------------
+
+HC_KEY HC_Insert_Shell(int pointCount, const HC_POINT* points, int faceListLength,
+                       const int* faceList) {
+    HC_API(HC_Insert_Shell);
+    if (pointCount < 0 || faceListLength < 0 || (pointCount > 0 && !points) ||
+        (faceListLength > 0 && !faceList)) {
+        ReportError("bad point or face list");
+        return 0;
+    }
+    // Each face: a vertex count (negative for a hole), then that many point indices.
+    for (int i = 0; i < faceListLength;) {
+        long long n = faceList[i] < 0 ? -static_cast<long long>(faceList[i]) : faceList[i];
+        if (n == 0 || i + 1 + n > faceListLength) {
+            ReportError("face list entry " + std::to_string(i) + " does not fit the list");
+            return 0;
+        }
+        for (long long j = i + 1; j <= i + n; ++j) {
+            if (faceList[j] < 0 || faceList[j] >= pointCount) {
+                ReportError("face list entry " + std::to_string(j) + " names no point");
+                return 0;
+            }
+        }
+        i += static_cast<int>(n) + 1;
+    }
+    Geometry* shell = Current().AddGeometry(CurrentSegmentOrReport(), ContentKind::Shell);
+    if (!shell) return 0;
+    shell->points.assign(points, points + pointCount);
+    shell->ints.assign(faceList, faceList + faceListLength);
+    return Current().KeyOf(shell->slot);
+}
+
+HC_KEY HC_Insert_Polyline(int count, const HC_POINT* points) {
+    HC_API(HC_Insert_Polyline);
+    if (count < 2 || !points) {
+        ReportError("a polyline needs at least two points");
+        return 0;
+    }
+    return InsertPoints(ContentKind::Polyline, std::vector<HC_POINT>(points, points + count));
+}
+
+HC_KEY HC_Insert_Line(double xa, double ya, double za, double xb, double yb, double zb) {
+    HC_API(HC_Insert_Line);
+    return InsertPoints(ContentKind::Line, {Point(xa, ya, za), Point(xb, yb, zb)});
+}
+
+HC_KEY HC_Insert_Marker(double x, double y, double z) {
+    HC_API(HC_Insert_Marker);
+    return InsertPoints(ContentKind::Marker, {Point(x, y, z)});
+}
+
+HC_KEY HC_Insert_Text(double x, double y, double z, const char* text) {
+    HC_API(HC_Insert_Text);
+    return InsertPoints(ContentKind::Text, {Point(x, y, z)}, std::string(Text(text)));
+}
+
+void HC_Show_Shell_Size(HC_KEY key, int* pointCount, int* faceListLength) {
+    HC_API(HC_Show_Shell_Size);
+    Geometry* shell = GeometryOf(key, ContentKind::Shell);
+    Put(pointCount, shell ? static_cast<int>(shell->points.size()) : 0);
+    Put(faceListLength, shell ? static_cast<int>(shell->ints.size()) : 0);
+}
+
+void HC_Show_Shell(HC_KEY key, int* pointCount, HC_POINT* points, int* faceListLength,
+                   int* faceList) {
+    HC_API(HC_Show_Shell);
+    Geometry* shell = GeometryOf(key, ContentKind::Shell);
+    Put(pointCount, shell ? static_cast<int>(shell->points.size()) : 0);
+    Put(faceListLength, shell ? static_cast<int>(shell->ints.size()) : 0);
+    if (!shell) return;
+    if (points) std::copy(shell->points.begin(), shell->points.end(), points);
+    if (faceList) std::copy(shell->ints.begin(), shell->ints.end(), faceList);
+}
+
+void HC_Show_Polyline_Count(HC_KEY key, int* count) {
+    HC_API(HC_Show_Polyline_Count);
+    Geometry* polyline = GeometryOf(key, ContentKind::Polyline);
+    Put(count, polyline ? static_cast<int>(polyline->points.size()) : 0);
+}
+
+void HC_Show_Polyline(HC_KEY key, int* count, HC_POINT* points) {
+    HC_API(HC_Show_Polyline);
+    Geometry* polyline = GeometryOf(key, ContentKind::Polyline);
+    Put(count, polyline ? static_cast<int>(polyline->points.size()) : 0);
+    if (polyline && points) std::copy(polyline->points.begin(), polyline->points.end(), points);
+}
+
+void HC_Show_Line(HC_KEY key, float* xa, float* ya, float* za, float* xb, float* yb, float* zb) {
+    HC_API(HC_Show_Line);
+    Geometry* line = GeometryOf(key, ContentKind::Line);
+    HC_POINT a = line ? line->points[0] : HC_POINT{0, 0, 0};
+    HC_POINT b = line ? line->points[1] : HC_POINT{0, 0, 0};
+    Put(xa, a.x), Put(ya, a.y), Put(za, a.z), Put(xb, b.x), Put(yb, b.y), Put(zb, b.z);
+}
+
+void HC_Show_Marker(HC_KEY key, float* x, float* y, float* z) {
+    HC_API(HC_Show_Marker);
+    Geometry* marker = GeometryOf(key, ContentKind::Marker);
+    HC_POINT p = marker ? marker->points[0] : HC_POINT{0, 0, 0};
+    Put(x, p.x), Put(y, p.y), Put(z, p.z);
+}
+
+void HC_Show_Text(HC_KEY key, float* x, float* y, float* z, char* text) {
+    HC_API(HC_Show_Text);
+    Geometry* item = GeometryOf(key, ContentKind::Text);
+    HC_POINT p = item ? item->points[0] : HC_POINT{0, 0, 0};
+    Put(x, p.x), Put(y, p.y), Put(z, p.z);
+    CopyOut(item ? item->Text() : std::string(), text);
+}
+
+// --- Option-string attributes --------------------------------------------------------------------
+
+#define HC_OPTION_ATTRIBUTE(Name, Kind)                                                            \
+    void HC_Set_##Name(const char* options) {                                                      \
+        HC_API(HC_Set_##Name);                                                                     \
+        SetOptions(ContentKind::Kind, options);                                                    \
+    }                                                                                              \
+    void HC_UnSet_##Name(void) {                                                                   \
+        HC_API(HC_UnSet_##Name);                                                                   \
+        UnSetOptions(ContentKind::Kind);                                                           \
+    }                                                                                              \
+    void HC_Show_##Name(char* options) {                                                           \
+        HC_API(HC_Show_##Name);                                                                    \
+        ShowOptions(ContentKind::Kind, options);                                                   \
+    }
+
+HC_OPTION_ATTRIBUTE(Color, Color)
+HC_OPTION_ATTRIBUTE(Visibility, Visibility)
+HC_OPTION_ATTRIBUTE(Heuristics, Heuristics)
+HC_OPTION_ATTRIBUTE(Rendering_Options, RenderingOptions)
+HC_OPTION_ATTRIBUTE(Selectability, Selectability)
+HC_OPTION_ATTRIBUTE(User_Options, UserOptions)
+
+// --- Text and metafiles --------------------------------------------------------------------------
+
+void HC_Parse_String(const char* text, const char* delimiter, int offset, char* field) {
+    HC_API(HC_Parse_String);
+    CopyOut(ParseField(Text(text), Text(delimiter), offset), field);
+}
+
+void HC_Write_Metafile(const char* segment, const char* file, const char* options) {
+    HC_API(HC_Write_Metafile);
+    WriteMetafile(Current(), Text(segment), Text(file), Text(options));
+}
+
+HC_KEY HC_Read_Metafile(const char* file, const char* segment, const char* options) {
+    HC_API(HC_Read_Metafile);
+    return KeyOrZero(ReadMetafile(Current(), Text(file), Text(segment), Text(options)));
+}
+
+} // extern "C"

@@ -1,0 +1,990 @@
+#include "hc/database.h"
+
+#include <algorithm>
+#include <charconv>
+#include <unordered_set>
+
+#include "hc/error.h"
+#include "hc/text.h"
+
+namespace hc {
+
+namespace {
+
+bool IsReservedLevel(std::string_view level) {
+    return level == "." || level == ".." || level == "*" || level == "..." || level == "...." ||
+           (!level.empty() && level.front() == '@');
+}
+
+// Splits "a/b/*" into ("a/b", "*"): the path before the last level, and that level.
+std::pair<std::string_view, std::string_view> SplitLast(std::string_view path) {
+    size_t slash = path.rfind('/');
+    if (slash == std::string_view::npos) return {std::string_view{}, path};
+    std::string_view base = slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
+    return {base, path.substr(slash + 1)};
+}
+
+} // namespace
+
+OptionList* Attributes::Find(ContentKind kind) {
+    for (auto& [k, list] : options)
+        if (k == kind) return &list;
+    return nullptr;
+}
+
+const OptionList* Attributes::Find(ContentKind kind) const {
+    return const_cast<Attributes*>(this)->Find(kind);
+}
+
+bool Attributes::Remove(ContentKind kind) {
+    auto it = std::find_if(options.begin(), options.end(),
+                           [kind](const auto& entry) { return entry.first == kind; });
+    if (it == options.end()) return false;
+    options.erase(it);
+    return true;
+}
+
+Database::Database()
+    : m_names([this](Slot slot) -> std::pair<Slot, std::string_view> {
+          const auto* segment = static_cast<const Segment*>(m_objects[slot].get());
+          return {segment->owner, segment->name};
+      }) {
+    Reset();
+}
+
+Database::~Database() = default;
+
+void Database::Reset() {
+    m_objects.clear();
+    m_names.Clear();
+    m_incoming.clear();
+    m_userKeys.clear();
+    m_globalKeys.clear();
+    m_localKeys.clear();
+    m_open.clear();
+    m_searches.clear();
+    m_namedStyleSearch.clear();
+    m_openItemSearch.clear();
+    m_live = 0;
+    Adopt(NewObject<Segment>(), kNoSlot);
+}
+
+// --- Keys -------------------------------------------------------------------------------------
+
+Slot Database::Resolve(HC_KEY key) const {
+    if (key < -1) {
+        uint64_t slot = static_cast<uint64_t>(-(key + 2));
+        return slot < m_objects.size() && m_objects[slot] ? static_cast<Slot>(slot) : kNoSlot;
+    }
+    if (key <= 0) return kNoSlot;
+    if (!m_localKeys.empty()) {
+        auto local = m_localKeys.find({CurrentSegment(), key});
+        if (local != m_localKeys.end() && Get(local->second)) return local->second;
+    }
+    auto global = m_globalKeys.find(key);
+    return global != m_globalKeys.end() && Get(global->second) ? global->second : kNoSlot;
+}
+
+Slot Database::Require(HC_KEY key) const {
+    Slot slot = Resolve(key);
+    if (slot == kNoSlot) ReportError("invalid key " + KeyText(key));
+    return slot;
+}
+
+Segment* Database::GetSegment(Slot slot) const {
+    Object* object = Get(slot);
+    return object && object->kind == ObjectKind::Segment ? static_cast<Segment*>(object) : nullptr;
+}
+
+HC_KEY Database::KeyOf(Slot slot) const {
+    const Object* object = Get(slot);
+    if (!object) return 0;
+    return object->renumbered ? m_userKeys.at(slot).key : OriginalKey(slot);
+}
+
+HC_KEY Database::Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope) {
+    Slot slot = Require(oldKey);
+    if (slot == kNoSlot) return 0;
+    std::string word = ToLower(Trim(scope));
+    bool global = word.starts_with("g");
+    if (!global && !word.starts_with("l")) {
+        ReportError("scope must be \"local\" or \"global\", not \"" + std::string(scope) + "\"");
+        return 0;
+    }
+    if (newKey == OriginalKey(slot)) {
+        ForgetKey(slot);
+        return newKey;
+    }
+    if (newKey <= 0) {
+        ReportError(
+            "a new key must be positive: zero, -1 and negative keys belong to the database");
+        return 0;
+    }
+    Slot owner = OwnerSegment(slot);
+    auto globalHit = m_globalKeys.find(newKey);
+    auto localHit = m_localKeys.find({owner, newKey});
+    if ((globalHit != m_globalKeys.end() && globalHit->second != slot) ||
+        (localHit != m_localKeys.end() && localHit->second != slot)) {
+        ReportError("key " + KeyText(newKey) + " is already in use");
+        return 0;
+    }
+    ForgetKey(slot);
+    if (global)
+        m_globalKeys[newKey] = slot;
+    else
+        m_localKeys[{owner, newKey}] = slot;
+    m_userKeys[slot] = {newKey, global};
+    m_objects[slot]->renumbered = true;
+    return newKey;
+}
+
+bool Database::HasLocalKey(Slot slot) const {
+    auto user = m_userKeys.find(slot);
+    return user != m_userKeys.end() && !user->second.global;
+}
+
+void Database::ForgetKey(Slot slot) {
+    Object* object = Get(slot);
+    if (!object || !object->renumbered) return;
+    UserKey user = m_userKeys.at(slot);
+    if (user.global)
+        m_globalKeys.erase(user.key);
+    else
+        m_localKeys.erase({OwnerSegment(slot), user.key});
+    m_userKeys.erase(slot);
+    object->renumbered = false;
+}
+
+Slot Database::OwnerSegment(Slot slot) const {
+    const Object* object = Get(slot);
+    if (!object) return kNoSlot;
+    Slot owner = object->owner;
+    while (owner != kNoSlot && Get(owner)->kind != ObjectKind::Segment)
+        owner = Get(owner)->owner;
+    return owner;
+}
+
+std::string Database::Pathname(Slot slot) const {
+    if (slot == Root()) return "/";
+    std::vector<const Segment*> levels;
+    for (const Segment* s = GetSegment(slot); s && s->slot != Root(); s = GetSegment(s->owner))
+        levels.push_back(s);
+    std::string path;
+    for (auto it = levels.rbegin(); it != levels.rend(); ++it) {
+        path += '/';
+        path += (*it)->name.empty() ? "@" + KeyText(OriginalKey((*it)->slot)) : (*it)->name;
+    }
+    return path;
+}
+
+// --- Object bookkeeping ----------------------------------------------------------------------
+
+Slot Database::Adopt(ObjectPtr object, Slot owner) {
+    Slot slot = static_cast<Slot>(m_objects.size());
+    object->slot = slot;
+    object->owner = owner;
+    Object& adopted = *object;
+    m_objects.push_back(std::move(object));
+    ++m_live;
+    Object* ownerObject = Get(owner);
+    if (!ownerObject) return slot;
+    if (ownerObject->kind == ObjectKind::Geometry) {
+        static_cast<Geometry*>(ownerObject)->Extras().references.push_back(slot);
+    } else if (adopted.kind == ObjectKind::StaticModel) {
+        static_cast<Segment*>(ownerObject)->staticModel = slot;
+    } else {
+        Append(ListFor(*static_cast<Segment*>(ownerObject), adopted), slot);
+    }
+    return slot;
+}
+
+ChildList& Database::ListFor(Segment& owner, const Object& object) {
+    switch (object.kind) {
+    case ObjectKind::Segment:
+        return owner.segments;
+    case ObjectKind::Geometry:
+        return owner.geometry;
+    default:
+        return owner.links;
+    }
+}
+
+void Database::Append(ChildList& list, Slot slot) {
+    Object& object = *m_objects[slot];
+    object.prev = list.last;
+    object.next = kNoSlot;
+    if (list.last != kNoSlot)
+        m_objects[list.last]->next = slot;
+    else
+        list.first = slot;
+    list.last = slot;
+    ++list.count;
+}
+
+void Database::Unlink(ChildList& list, Slot slot) {
+    Object& object = *m_objects[slot];
+    if (object.prev != kNoSlot)
+        m_objects[object.prev]->next = object.next;
+    else
+        list.first = object.next;
+    if (object.next != kNoSlot)
+        m_objects[object.next]->prev = object.prev;
+    else
+        list.last = object.prev;
+    object.prev = object.next = kNoSlot;
+    --list.count;
+}
+
+void Database::Detach(Slot slot) {
+    Object* object = Get(slot);
+    Object* owner = object ? Get(object->owner) : nullptr;
+    if (!owner) return;
+    if (owner->kind == ObjectKind::Geometry) {
+        auto& refs = static_cast<Geometry*>(owner)->Extras().references;
+        refs.erase(std::remove(refs.begin(), refs.end(), slot), refs.end());
+        return;
+    }
+    auto& segment = *static_cast<Segment*>(owner);
+    if (object->kind == ObjectKind::StaticModel) {
+        segment.staticModel = kNoSlot;
+        return;
+    }
+    Unlink(ListFor(segment, *object), slot);
+    if (object->kind == ObjectKind::Segment) {
+        const std::string& name = static_cast<Segment*>(object)->name;
+        if (!name.empty()) m_names.Erase(slot, segment.slot, name);
+    }
+}
+
+void Database::DeleteObject(Slot slot) {
+    if (slot == Root()) {
+        ReportError("the root segment cannot be deleted");
+        return;
+    }
+    if (!Get(slot)) return;
+    Detach(slot);
+    // Iterative, so that a deep tree cannot exhaust the stack.
+    std::vector<Slot> pending{slot};
+    while (!pending.empty()) {
+        Slot s = pending.back();
+        pending.pop_back();
+        Object* object = Get(s);
+        if (!object) continue;
+        if (object->kind == ObjectKind::Segment) {
+            auto& segment = *static_cast<Segment*>(object);
+            for (const ChildList* list : {&segment.segments, &segment.links, &segment.geometry})
+                for (Slot c = list->first; c != kNoSlot; c = m_objects[c]->next)
+                    pending.push_back(c);
+            if (segment.staticModel != kNoSlot) pending.push_back(segment.staticModel);
+            if (s != slot && !segment.name.empty()) m_names.Erase(s, segment.owner, segment.name);
+        } else if (object->kind == ObjectKind::Geometry) {
+            for (Slot r : static_cast<Geometry*>(object)->References())
+                pending.push_back(r);
+        }
+        // Includes, styles and references of a deleted object go with it.
+        if (auto incoming = m_incoming.find(s); incoming != m_incoming.end()) {
+            for (Slot link : incoming->second) {
+                if (Link* l = static_cast<Link*>(Get(link)); l && l->target == s) {
+                    Detach(link);
+                    pending.push_back(link);
+                }
+            }
+            m_incoming.erase(incoming);
+        }
+        ForgetKey(s);
+        m_objects[s].reset();
+        --m_live;
+    }
+}
+
+Slot Database::MakeSegment(Slot owner, std::string_view name) {
+    ObjectPtr segment = NewObject<Segment>();
+    static_cast<Segment&>(*segment).name = name;
+    Slot slot = Adopt(std::move(segment), owner);
+    if (!name.empty()) m_names.Insert(slot, owner, name);
+    return slot;
+}
+
+bool Database::IsInside(Slot segment, Slot ancestor) const {
+    for (Slot s = segment; s != kNoSlot; s = Get(s)->owner)
+        if (s == ancestor) return true;
+    return false;
+}
+
+// --- Open items --------------------------------------------------------------------------------
+
+Slot Database::CurrentSegment() const {
+    for (auto it = m_open.rbegin(); it != m_open.rend(); ++it)
+        if (!it->geometry) return GetSegment(it->slot) ? it->slot : kNoSlot;
+    return Root();
+}
+
+Slot Database::OpenSegment(std::string_view path) {
+    Slot slot = ResolvePath(path, true);
+    m_open.push_back({slot, false});
+    return slot;
+}
+
+void Database::OpenSegmentByKey(HC_KEY key) {
+    Slot slot = Require(key);
+    if (slot != kNoSlot && !GetSegment(slot)) {
+        ReportError("key " + KeyText(key) + " is not a segment");
+        slot = kNoSlot;
+    }
+    m_open.push_back({slot, false});
+}
+
+void Database::CloseSegment() {
+    if (m_open.empty() || m_open.back().geometry) {
+        ReportError(m_open.empty() ? "no segment is open"
+                                   : "a geometry item is open: close it first");
+        return;
+    }
+    m_open.pop_back();
+}
+
+void Database::OpenGeometry(HC_KEY key) {
+    Slot slot = Require(key);
+    if (Object* object = Get(slot);
+        object && object->kind != ObjectKind::Geometry && object->type != ContentKind::Reference) {
+        ReportError("key " + KeyText(key) + " is not a geometry item");
+        slot = kNoSlot;
+    }
+    m_open.push_back({slot, true});
+}
+
+void Database::CloseGeometry() {
+    if (m_open.empty() || !m_open.back().geometry) {
+        ReportError("no geometry item is open");
+        return;
+    }
+    m_open.pop_back();
+}
+
+std::vector<Slot> Database::OpenItems() const {
+    std::vector<Slot> items;
+    for (auto it = m_open.rbegin(); it != m_open.rend(); ++it)
+        if (Get(it->slot)) items.push_back(it->slot);
+    return items;
+}
+
+Slot Database::AttributeTarget() const {
+    if (m_open.empty()) return Root();
+    Slot slot = m_open.back().slot;
+    if (!Get(slot)) {
+        ReportError("the open item no longer exists");
+        return kNoSlot;
+    }
+    return slot;
+}
+
+// --- Paths ---------------------------------------------------------------------------------------
+
+Slot Database::ChildByLevel(Slot segment, std::string_view level) const {
+    if (level.front() != '@') return m_names.Find(segment, level);
+    uint64_t bits = 0;
+    auto [end, error] = std::from_chars(level.data() + 1, level.data() + level.size(), bits, 16);
+    if (error != std::errc{} || end != level.data() + level.size()) return kNoSlot;
+    Slot slot = Resolve(static_cast<HC_KEY>(bits));
+    const Segment* child = GetSegment(slot);
+    return child && child->owner == segment && child->name.empty() ? slot : kNoSlot;
+}
+
+Slot Database::ResolvePath(std::string_view path, bool create) {
+    return ResolvePathFrom(CurrentSegment(), path, create);
+}
+
+Slot Database::FindOrMakeChild(Slot owner, std::string_view name) {
+    Slot child = name.empty() ? kNoSlot : m_names.Find(owner, name);
+    return child != kNoSlot ? child : MakeSegment(owner, name);
+}
+
+Slot Database::ResolvePathFrom(Slot segment, std::string_view path, bool create) {
+    path = Trim(path);
+    if (!GetSegment(segment) && (path.empty() || path.front() != '/')) {
+        ReportError("the open segment no longer exists");
+        return kNoSlot;
+    }
+    if (path.empty()) {
+        if (create) return MakeSegment(segment, "");
+        ReportError("an empty segment name names no segment");
+        return kNoSlot;
+    }
+    // Wildcards name no single segment; refuse them before any level is created.
+    for (size_t start = 0; start <= path.size();) {
+        size_t slash = std::min(path.find('/', start), path.size());
+        std::string_view level = Trim(path.substr(start, slash - start));
+        if (level == "*" || level == "..." || level == "....") {
+            ReportError("\"" + std::string(level) + "\" is not allowed in this segment name");
+            return kNoSlot;
+        }
+        start = slash + 1;
+    }
+    if (path.front() == '/') {
+        segment = Root();
+        path.remove_prefix(1);
+    }
+    while (!path.empty()) {
+        size_t slash = path.find('/');
+        std::string_view level = Trim(path.substr(0, slash));
+        path = slash == std::string_view::npos ? std::string_view{} : path.substr(slash + 1);
+        if (level.empty() || level == ".") continue;
+        if (level == "..") {
+            if (segment == Root()) {
+                ReportError("\"..\" goes above the root segment");
+                return kNoSlot;
+            }
+            segment = Get(segment)->owner;
+            continue;
+        }
+        Slot child = ChildByLevel(segment, level);
+        if (child == kNoSlot) {
+            if (!create || level.front() == '@') {
+                ReportError("no segment \"" + std::string(level) + "\" in " + Pathname(segment));
+                return kNoSlot;
+            }
+            child = MakeSegment(segment, level);
+        }
+        segment = child;
+    }
+    return segment;
+}
+
+std::vector<Slot> Database::ResolveSpec(std::string_view spec) {
+    spec = Trim(spec);
+    auto [base, last] = SplitLast(spec);
+    std::vector<Slot> result;
+    if (last != "*" && last != "...") {
+        if (Slot s = ResolvePath(spec, false); s != kNoSlot) result.push_back(s);
+        return result;
+    }
+    Slot segment = ResolvePath(base.empty() ? "." : base, false);
+    const Segment* owner = GetSegment(segment);
+    if (!owner) return result;
+    if (last == "*") {
+        for (Slot c = owner->segments.first; c != kNoSlot; c = m_objects[c]->next)
+            result.push_back(c);
+        return result;
+    }
+    // "...": the segment and everything below it, parents before children.
+    std::vector<Slot> pending{segment};
+    while (!pending.empty()) {
+        Slot s = pending.back();
+        pending.pop_back();
+        result.push_back(s);
+        const Segment& seg = *GetSegment(s);
+        for (Slot c = seg.segments.last; c != kNoSlot; c = m_objects[c]->prev)
+            pending.push_back(c);
+    }
+    return result;
+}
+
+// --- Structure edits ----------------------------------------------------------------------------
+
+void Database::RenameSegment(std::string_view oldPath, std::string_view newPath) {
+    Slot slot = ResolvePath(oldPath, false);
+    if (slot == kNoSlot) return;
+    if (slot == Root()) {
+        ReportError("the root segment cannot be renamed");
+        return;
+    }
+    auto [base, name] = SplitLast(Trim(newPath));
+    name = Trim(name);
+    if (name.empty() || IsReservedLevel(name)) {
+        ReportError("\"" + std::string(newPath) + "\" is not a segment name");
+        return;
+    }
+    Slot owner = base.empty() ? Get(slot)->owner : ResolvePath(base, true);
+    if (owner == kNoSlot) return;
+    if (IsInside(owner, slot)) {
+        ReportError("a segment cannot be moved below itself");
+        return;
+    }
+    Slot existing = m_names.Find(owner, name);
+    if (existing != kNoSlot && existing != slot) {
+        ReportError("segment " + Pathname(existing) + " already exists");
+        return;
+    }
+    Reparent(slot, owner, std::string(name));
+}
+
+void Database::MoveObject(Slot slot, std::string_view newOwnerPath) {
+    Object* object = Get(slot);
+    if (!object) return;
+    if (slot == Root() || object->kind == ObjectKind::StaticModel) {
+        ReportError("this item cannot be moved");
+        return;
+    }
+    Slot owner = ResolvePath(newOwnerPath, true);
+    if (owner == kNoSlot) return;
+    if (object->kind == ObjectKind::Segment) {
+        auto& segment = *static_cast<Segment*>(object);
+        if (IsInside(owner, slot)) {
+            ReportError("a segment cannot be moved below itself");
+            return;
+        }
+        if (!segment.name.empty() && m_names.Find(owner, segment.name) != kNoSlot) {
+            ReportError("segment " + Pathname(owner) + "/" + segment.name + " already exists");
+            return;
+        }
+    }
+    Reparent(slot, owner,
+             object->kind == ObjectKind::Segment ? static_cast<Segment*>(object)->name
+                                                 : std::string());
+}
+
+void Database::Reparent(Slot slot, Slot owner, std::string name) {
+    Object& object = *m_objects[slot];
+    // A local key is local to the owner: it follows the item unless the new owner has it already.
+    bool wasLocal = object.renumbered && !m_userKeys.at(slot).global;
+    HC_KEY localKey = wasLocal ? m_userKeys.at(slot).key : 0;
+    if (wasLocal) ForgetKey(slot);
+    Detach(slot);
+    object.owner = owner;
+    Append(ListFor(*GetSegment(owner), object), slot);
+    if (object.kind == ObjectKind::Segment) {
+        static_cast<Segment&>(object).name = std::move(name);
+        const std::string& newName = static_cast<Segment&>(object).name;
+        if (!newName.empty()) m_names.Insert(slot, owner, newName);
+    }
+    if (wasLocal && m_localKeys.find({owner, localKey}) == m_localKeys.end()) {
+        m_localKeys[{owner, localKey}] = slot;
+        m_userKeys[slot] = {localKey, false};
+        object.renumbered = true;
+    }
+}
+
+void Database::CopySegment(std::string_view oldPath, std::string_view newPath) {
+    auto [oldBase, oldLast] = SplitLast(Trim(oldPath));
+    auto [newBase, newLast] = SplitLast(Trim(newPath));
+    bool children = oldLast == "*";
+    std::vector<Slot> sources =
+        children ? ResolveSpec(oldPath) : std::vector<Slot>{ResolvePath(oldPath, false)};
+    if (!sources.empty() && sources.front() == kNoSlot) return;
+    if (!children) {
+        if (newLast == "*") {
+            ReportError("copying one segment needs a destination name, not \"*\"");
+            return;
+        }
+        Slot destination = ResolvePath(newPath, true);
+        if (destination == kNoSlot) return;
+        if (IsInside(destination, sources.front())) {
+            ReportError("a segment cannot be copied into itself");
+            return;
+        }
+        CopyInto(sources.front(), destination);
+        return;
+    }
+    Slot destinationOwner = ResolvePath(
+        newLast == "*" ? (newBase.empty() ? std::string_view(".") : newBase) : newPath, true);
+    if (destinationOwner == kNoSlot) return;
+    for (Slot source : sources) {
+        if (IsInside(destinationOwner, source)) {
+            ReportError("a segment cannot be copied into itself");
+            continue;
+        }
+        CopyInto(source, FindOrMakeChild(destinationOwner, GetSegment(source)->name));
+    }
+}
+
+void Database::CopyInto(Slot source, Slot destination) {
+    std::vector<std::pair<Slot, Slot>> pending{{source, destination}};
+    while (!pending.empty()) {
+        auto [from, to] = pending.back();
+        pending.pop_back();
+        const Segment& src = *GetSegment(from);
+        if (src.attributes) {
+            Segment& dst = *GetSegment(to);
+            if (!dst.attributes) dst.attributes = std::make_unique<Attributes>();
+            for (const auto& [kind, options] : src.attributes->options) {
+                if (OptionList* mine = dst.attributes->Find(kind))
+                    mine->Merge(options);
+                else
+                    dst.attributes->options.emplace_back(kind, options);
+            }
+        }
+        for (const NamedStyleDefinition& definition : src.NamedStyles())
+            DefineNamedStyle(to, definition.name, definition.source);
+        for (const ChildList* list : {&src.links, &src.geometry})
+            for (Slot c = list->first; c != kNoSlot; c = m_objects[c]->next)
+                CopyObject(*m_objects[c], to);
+        for (Slot c = src.segments.first; c != kNoSlot; c = m_objects[c]->next)
+            pending.emplace_back(c, FindOrMakeChild(to, GetSegment(c)->name));
+        UpdateStaticModel(to);
+    }
+}
+
+void Database::CopyObject(const Object& source, Slot destination) {
+    ObjectPtr copy;
+    if (source.kind == ObjectKind::Geometry) {
+        const auto& geometry = static_cast<const Geometry&>(source);
+        copy = NewObject<Geometry>(geometry.type);
+        auto& g = static_cast<Geometry&>(*copy);
+        g.points = geometry.points;
+        g.ints = geometry.ints;
+        if (!geometry.Text().empty()) g.Extras().text = geometry.Text();
+    } else {
+        const auto& link = static_cast<const Link&>(source);
+        copy = NewObject<Link>(link.type);
+        auto& l = static_cast<Link&>(*copy);
+        l.target = link.target;
+        l.condition = link.condition;
+        l.filter = link.filter;
+        l.styleName = link.styleName;
+    }
+    if (source.attributes) copy->attributes = std::make_unique<Attributes>(*source.attributes);
+    Slot slot = Adopt(std::move(copy), destination);
+    if (source.kind == ObjectKind::Link) {
+        if (Slot target = static_cast<Link&>(*m_objects[slot]).target; target != kNoSlot)
+            NoteIncoming(target, slot);
+    } else {
+        for (Slot r : static_cast<const Geometry&>(source).References())
+            CopyObject(*m_objects[r], slot);
+    }
+}
+
+void Database::FlushContents(std::string_view spec, std::string_view filterText) {
+    std::vector<std::string> unknown;
+    Filter filter = Filter::Parse(filterText, unknown);
+    for (const std::string& word : unknown)
+        ReportError("unknown content type \"" + word + "\"");
+    for (Slot segment : ResolveSpec(spec))
+        if (GetSegment(segment)) FlushSegment(segment, filter);
+}
+
+void Database::FlushSegment(Slot slot, const Filter& filter) {
+    Segment& segment = *GetSegment(slot);
+    std::vector<Slot> doomed;
+    for (const ChildList* list : {&segment.segments, &segment.links, &segment.geometry})
+        for (Slot c = list->first; c != kNoSlot; c = m_objects[c]->next)
+            if (filter.Has(m_objects[c]->type)) doomed.push_back(c);
+    for (Slot c : doomed)
+        DeleteObject(c);
+    if (filter.Has(ContentKind::NamedStyleDefinition)) segment.definitions.reset();
+    if (segment.attributes) {
+        std::erase_if(segment.attributes->options,
+                      [&](const auto& entry) { return filter.Has(entry.first); });
+        if (segment.attributes->options.empty()) segment.attributes.reset();
+    }
+    UpdateStaticModel(slot);
+}
+
+void Database::UpdateStaticModel(Slot slot) {
+    Segment& segment = *GetSegment(slot);
+    const OptionList* heuristics =
+        segment.attributes ? segment.attributes->Find(ContentKind::Heuristics) : nullptr;
+    bool wanted = heuristics && heuristics->IsOn("static model");
+    if (wanted && segment.staticModel == kNoSlot)
+        Adopt(NewObject<StaticModel>(), slot);
+    else if (!wanted && segment.staticModel != kNoSlot)
+        DeleteObject(segment.staticModel);
+}
+
+// --- Links ---------------------------------------------------------------------------------------
+
+Slot Database::AddLink(Slot owner, ContentKind type, Slot target, std::string_view condition,
+                       std::string_view filter) {
+    if (!Get(target) || !Get(owner)) return kNoSlot;
+    ObjectPtr object = NewObject<Link>(type);
+    auto& link = static_cast<Link&>(*object);
+    link.target = target;
+    link.condition = Trim(condition);
+    link.filter = Trim(filter);
+    Slot slot = Adopt(std::move(object), owner);
+    NoteIncoming(target, slot);
+    return slot;
+}
+
+void Database::NoteIncoming(Slot target, Slot link) {
+    std::vector<Slot>& incoming = m_incoming[target];
+    // Links that died or were aimed elsewhere are dropped lazily, whenever the list has doubled.
+    if (incoming.size() >= 64 && (incoming.size() & (incoming.size() - 1)) == 0)
+        std::erase_if(incoming, [this, target](Slot s) {
+            auto* l = static_cast<Link*>(Get(s));
+            return !l || l->target != target;
+        });
+    incoming.push_back(link);
+}
+
+void Database::SetLinkTarget(Slot slot, Slot target) {
+    Object* object = Get(slot);
+    if (!object || object->kind != ObjectKind::Link || !Get(target)) return;
+    auto* link = static_cast<Link*>(object);
+    link->target = target;
+    NoteIncoming(target, slot);
+}
+
+Slot Database::AddNamedStyle(Slot owner, std::string_view styleName, std::string_view condition) {
+    if (!GetSegment(owner)) return kNoSlot;
+    ObjectPtr object = NewObject<Link>(ContentKind::NamedStyle);
+    auto& link = static_cast<Link&>(*object);
+    link.styleName = Trim(styleName);
+    link.condition = Trim(condition);
+    return Adopt(std::move(object), owner);
+}
+
+void Database::DefineNamedStyle(Slot slot, std::string_view name, Slot source) {
+    Segment* segment = GetSegment(slot);
+    name = Trim(name);
+    if (!segment) return;
+    if (name.empty() || !GetSegment(source)) {
+        ReportError("a named style needs a name and a source segment");
+        return;
+    }
+    for (NamedStyleDefinition& definition : segment->MutableNamedStyles()) {
+        if (EqualsIgnoreCase(definition.name, name)) {
+            definition.source = source;
+            return;
+        }
+    }
+    segment->MutableNamedStyles().push_back({std::string(name), source});
+}
+
+void Database::UnDefineNamedStyle(Slot slot, std::string_view name) {
+    Segment* segment = GetSegment(slot);
+    if (!segment) return;
+    auto removed = std::erase_if(segment->MutableNamedStyles(), [&](const auto& definition) {
+        return EqualsIgnoreCase(definition.name, Trim(name));
+    });
+    if (removed == 0) ReportError("no named style \"" + std::string(name) + "\" is defined here");
+}
+
+Slot Database::FindNamedStyle(Slot slot, std::string_view name) const {
+    name = Trim(name);
+    for (const Segment* segment = GetSegment(slot); segment; segment = GetSegment(segment->owner))
+        for (const NamedStyleDefinition& definition : segment->NamedStyles())
+            if (EqualsIgnoreCase(definition.name, name))
+                return GetSegment(definition.source) ? definition.source : kNoSlot;
+    return kNoSlot;
+}
+
+Slot Database::LinkTarget(const Link& link) const {
+    if (link.type == ContentKind::NamedStyle)
+        return FindNamedStyle(OwnerSegment(link.slot), link.styleName);
+    return Get(link.target) ? link.target : kNoSlot;
+}
+
+// --- Geometry and attributes ---------------------------------------------------------------------
+
+Geometry* Database::AddGeometry(Slot owner, ContentKind type) {
+    if (!GetSegment(owner)) return nullptr;
+    Slot slot = Adopt(NewObject<Geometry>(type), owner);
+    return static_cast<Geometry*>(Get(slot));
+}
+
+void Database::SetOptions(Slot slot, ContentKind kind, std::string_view text) {
+    Object* target = Get(slot);
+    if (!target) return;
+    OptionList parsed;
+    if (!OptionList::Parse(text, parsed) || parsed.Empty()) {
+        ReportError("cannot understand the options \"" + std::string(text) + "\"");
+        return;
+    }
+    if (!target->attributes) target->attributes = std::make_unique<Attributes>();
+    if (OptionList* present = target->attributes->Find(kind))
+        present->Merge(parsed);
+    else
+        target->attributes->options.emplace_back(kind, std::move(parsed));
+    if (target->kind == ObjectKind::Segment && kind == ContentKind::Heuristics)
+        UpdateStaticModel(target->slot);
+}
+
+void Database::UnSetOptions(Slot slot, ContentKind kind) {
+    Object* target = Get(slot);
+    if (!target) return;
+    if (!target->attributes || !target->attributes->Remove(kind)) {
+        ReportError("no " + std::string(TypeWord(kind)) + " is set here");
+        return;
+    }
+    if (target->attributes->options.empty()) target->attributes.reset();
+    if (target->kind == ObjectKind::Segment && kind == ContentKind::Heuristics)
+        UpdateStaticModel(target->slot);
+}
+
+const OptionList* Database::ShowOptions(Slot slot, ContentKind kind) const {
+    const Object* target = Get(slot);
+    return target && target->attributes ? target->attributes->Find(kind) : nullptr;
+}
+
+// --- Contents ------------------------------------------------------------------------------------
+
+template <typename Visit>
+bool Database::VisitContents(const Segment& segment, const Filter& filter, Visit&& visit) const {
+    auto walk = [&](const ChildList& list, auto&& wanted) {
+        for (Slot c = list.first; c != kNoSlot; c = m_objects[c]->next)
+            if (wanted(*m_objects[c]) && !visit(Found{c, m_objects[c]->type})) return false;
+        return true;
+    };
+    if (filter.Has(ContentKind::StaticModel) && segment.staticModel != kNoSlot &&
+        !visit(Found{segment.staticModel, ContentKind::StaticModel}))
+        return false;
+    if (filter.Has(ContentKind::Segment) &&
+        !walk(segment.segments, [](const Object&) { return true; }))
+        return false;
+    for (ContentKind type : {ContentKind::Include, ContentKind::Style, ContentKind::NamedStyle,
+                             ContentKind::Reference}) {
+        if (filter.Has(type) &&
+            !walk(segment.links, [type](const Object& o) { return o.type == type; }))
+            return false;
+    }
+    if (filter.HasAnyGeometry() &&
+        !walk(segment.geometry, [&filter](const Object& o) { return filter.Has(o.type); }))
+        return false;
+    if (filter.Has(ContentKind::NamedStyleDefinition) && !segment.NamedStyles().empty() &&
+        !visit(Found{segment.slot, ContentKind::NamedStyleDefinition}))
+        return false;
+    if (filter.HasAnyAttribute() && segment.attributes) {
+        for (size_t k = static_cast<size_t>(kFirstAttribute);
+             k <= static_cast<size_t>(kLastAttribute); ++k) {
+            auto kind = static_cast<ContentKind>(k);
+            if (filter.Has(kind) && segment.attributes->Find(kind) &&
+                !visit(Found{segment.slot, kind}))
+                return false;
+        }
+    }
+    return true;
+}
+
+std::vector<Found> Database::Contents(Slot slot, const Filter& filter, bool subtree,
+                                      bool throughIncludes) const {
+    std::vector<Found> items;
+    size_t limit = filter.FirstMatch() ? 1 : SIZE_MAX;
+    auto collect = [&](Found found) {
+        items.push_back(found);
+        return items.size() < limit;
+    };
+    const Segment* start = GetSegment(slot);
+    if (!start) return items;
+    if (!subtree) {
+        VisitContents(*start, filter, collect);
+        return items;
+    }
+    // Segments before their children, each child's subtree before the next child's. Through
+    // includes, each included segment is walked once per search, which also ends include cycles.
+    std::unordered_set<Slot> included{slot};
+    std::vector<Slot> pending{slot};
+    while (!pending.empty()) {
+        const Segment& segment = *GetSegment(pending.back());
+        pending.pop_back();
+        if (!VisitContents(segment, filter, collect)) break;
+        if (throughIncludes) {
+            for (Slot c = segment.links.last; c != kNoSlot; c = m_objects[c]->prev) {
+                const auto& link = static_cast<const Link&>(*m_objects[c]);
+                Slot target = link.type == ContentKind::Include ? LinkTarget(link) : kNoSlot;
+                if (GetSegment(target) && included.insert(target).second) pending.push_back(target);
+            }
+        }
+        for (Slot c = segment.segments.last; c != kNoSlot; c = m_objects[c]->prev)
+            pending.push_back(c);
+    }
+    return items;
+}
+
+int Database::Count(Slot slot, const Filter& filter) const {
+    const Object* object = Get(slot);
+    if (!object) return 0;
+    int count = 0;
+    if (object->kind == ObjectKind::Segment) {
+        VisitContents(*static_cast<const Segment*>(object), filter, [&](Found) {
+            ++count;
+            return !filter.FirstMatch();
+        });
+    } else if (object->attributes) {
+        for (const auto& entry : object->attributes->options)
+            if (filter.Has(entry.first)) ++count;
+    }
+    return count;
+}
+
+void Database::BeginContentsSearch(std::string_view scope, std::string_view filterText) {
+    scope = Trim(scope);
+    auto [base, last] = SplitLast(scope);
+    bool throughIncludes = last == "....";
+    bool subtree = throughIncludes || last == "...";
+    std::string_view path = subtree ? (base.empty() ? std::string_view(".") : base) : scope;
+    std::vector<std::string> unknown;
+    Filter filter = Filter::Parse(Trim(filterText).empty() ? "everything" : filterText, unknown);
+    for (const std::string& word : unknown)
+        ReportError("unknown content type \"" + word + "\"");
+    Slot segment = ResolvePath(path.empty() ? "." : path, false);
+    m_searches.push_back({Contents(segment, filter, subtree, throughIncludes), 0});
+}
+
+bool Database::FindContents(std::string& type, HC_KEY& key) {
+    if (m_searches.empty()) {
+        ReportError("no contents search has been begun");
+        return false;
+    }
+    Search& search = m_searches.back();
+    while (search.next < search.items.size()) {
+        Found found = search.items[search.next++];
+        if (!Get(found.slot)) continue; // deleted since the search began
+        type = TypeWord(found.type);
+        key = KeyOf(found.slot);
+        return true;
+    }
+    return false;
+}
+
+int Database::ContentsCount() const {
+    if (m_searches.empty()) {
+        ReportError("no contents search has been begun");
+        return 0;
+    }
+    return static_cast<int>(m_searches.back().items.size());
+}
+
+void Database::EndContentsSearch() {
+    if (m_searches.empty()) {
+        ReportError("no contents search has been begun");
+        return;
+    }
+    m_searches.pop_back();
+}
+
+void Database::BeginNamedStyleSearch() {
+    m_namedStyleSearch.clear();
+    m_namedStyleNext = 0;
+    if (const Segment* segment = GetSegment(CurrentSegment()))
+        for (const NamedStyleDefinition& definition : segment->NamedStyles())
+            m_namedStyleSearch.push_back(definition.name);
+}
+
+bool Database::FindNamedStyle(std::string& name) {
+    if (m_namedStyleNext >= m_namedStyleSearch.size()) return false;
+    name = m_namedStyleSearch[m_namedStyleNext++];
+    return true;
+}
+
+void Database::EndNamedStyleSearch() {
+    m_namedStyleSearch.clear();
+    m_namedStyleNext = 0;
+}
+
+void Database::BeginOpenItemSearch() {
+    m_openItemSearch = OpenItems();
+    m_openItemNext = 0;
+}
+
+bool Database::FindOpenItem(HC_KEY& key, std::string& type) {
+    while (m_openItemNext < m_openItemSearch.size()) {
+        Slot slot = m_openItemSearch[m_openItemNext++];
+        if (!Get(slot)) continue;
+        key = KeyOf(slot);
+        type = TypeWord(Get(slot)->type);
+        return true;
+    }
+    return false;
+}
+
+void Database::EndOpenItemSearch() {
+    m_openItemSearch.clear();
+    m_openItemNext = 0;
+}
+
+Database& Current() {
+    static Database database;
+    return database;
+}
+
+} // namespace hc

@@ -1,0 +1,195 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <obsidra/hc.h>
+
+#include "hc/content_kind.h"
+#include "hc/name_index.h"
+#include "hc/objects.h"
+
+namespace hc {
+
+// One item a contents search yields: the object (for attributes and definitions, the segment
+// that holds them) and what it is.
+struct Found {
+    Slot slot;
+    ContentKind type;
+};
+
+// The scene database: segments with their subsegments, includes, styles, named styles,
+// references, geometry and attributes, addressed by keys. It also keeps the caller's state that
+// the C interface implies: the stack of open segments and geometry items and the stack of
+// contents searches. Misuse is reported through ReportError and answered with nothing.
+class Database {
+public:
+    Database();
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // Back to a database holding only "/", with nothing open and no search begun.
+    void Reset();
+
+    // --- Keys -------------------------------------------------------------------------------
+    // The live object a key names (original or renumbered), or kNoSlot.
+    Slot Resolve(HC_KEY key) const;
+    // As Resolve, but reports a dead or unknown key.
+    Slot Require(HC_KEY key) const;
+    Object* Get(Slot slot) const {
+        return slot < m_objects.size() ? m_objects[slot].get() : nullptr;
+    }
+    Segment* GetSegment(Slot slot) const;
+    // The key an object answers to now: its renumbered key, or else its original key.
+    HC_KEY KeyOf(Slot slot) const;
+    HC_KEY Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope);
+    // Whether the object goes by a key that is unique only within its owner.
+    bool HasLocalKey(Slot slot) const;
+    // The segment that holds an object (for an attached reference, its geometry's segment).
+    Slot OwnerSegment(Slot slot) const;
+    std::string Pathname(Slot segment) const;
+    Slot Root() const { return 0; }
+    size_t LiveObjects() const { return m_live; }
+
+    // --- Open items -------------------------------------------------------------------------
+    Slot CurrentSegment() const; // innermost open segment; "/" when none is open
+    // The innermost open item (segment or geometry), which attribute calls work on; "/" when
+    // nothing is open, kNoSlot (reported) when it was deleted while open.
+    Slot AttributeTarget() const;
+    Slot OpenSegment(std::string_view path);
+    void OpenSegmentByKey(HC_KEY key);
+    void CloseSegment();
+    void OpenGeometry(HC_KEY key);
+    void CloseGeometry();
+    // The open items, innermost first.
+    std::vector<Slot> OpenItems() const;
+
+    // --- Segments ---------------------------------------------------------------------------
+    // Resolves a path relative to the current segment; with create, missing levels are made and
+    // "" makes a new nameless child. Reports and returns kNoSlot on a bad path.
+    Slot ResolvePath(std::string_view path, bool create);
+    Slot ResolvePathFrom(Slot base, std::string_view path, bool create);
+    // The named child of a segment, made if missing; "" makes a new nameless child.
+    Slot FindOrMakeChild(Slot owner, std::string_view name);
+    // Expands a segment specification: a path, optionally ending in "*" (the children) or "..."
+    // (the segment and everything below it).
+    std::vector<Slot> ResolveSpec(std::string_view spec);
+    void DeleteObject(Slot slot);
+    void RenameSegment(std::string_view oldPath, std::string_view newPath);
+    void MoveObject(Slot slot, std::string_view newOwnerPath);
+    void CopySegment(std::string_view oldPath, std::string_view newPath);
+    void FlushContents(std::string_view spec, std::string_view filter);
+
+    // --- Links ------------------------------------------------------------------------------
+    // An include, style or reference in a segment, or a reference attached to a geometry item.
+    Slot AddLink(Slot owner, ContentKind type, Slot target, std::string_view condition,
+                 std::string_view filter = {});
+    Slot AddNamedStyle(Slot owner, std::string_view styleName, std::string_view condition);
+    void DefineNamedStyle(Slot segment, std::string_view name, Slot source);
+    void UnDefineNamedStyle(Slot segment, std::string_view name);
+    // The source of a named style visible from a segment (its own definitions, then its
+    // ancestors'), or kNoSlot.
+    Slot FindNamedStyle(Slot segment, std::string_view name) const;
+    void SetLinkTarget(Slot link, Slot target);
+    // The target of a link, kNoSlot when it has none or the target is gone.
+    Slot LinkTarget(const Link& link) const;
+
+    // --- Geometry ---------------------------------------------------------------------------
+    Geometry* AddGeometry(Slot owner, ContentKind type);
+
+    // --- Attributes -------------------------------------------------------------------------
+    // Option-string attributes of a segment or geometry item. Setting merges option by option;
+    // ShowOptions gives null when the attribute is not set.
+    void SetOptions(Slot target, ContentKind kind, std::string_view options);
+    void UnSetOptions(Slot target, ContentKind kind);
+    const OptionList* ShowOptions(Slot target, ContentKind kind) const;
+
+    // --- Contents ---------------------------------------------------------------------------
+    // The items of one segment that pass the filter, in contents order (scope "."), or of the
+    // segment and all below it (subtree), also through includes (throughIncludes).
+    std::vector<Found> Contents(Slot segment, const Filter& filter, bool subtree,
+                                bool throughIncludes) const;
+    // How many items of one segment (or of one geometry item's attributes) pass the filter.
+    int Count(Slot slot, const Filter& filter) const;
+
+    void BeginContentsSearch(std::string_view scope, std::string_view filter);
+    bool FindContents(std::string& type, HC_KEY& key);
+    int ContentsCount() const;
+    void EndContentsSearch();
+
+    void BeginNamedStyleSearch();
+    bool FindNamedStyle(std::string& name);
+    void EndNamedStyleSearch();
+
+    void BeginOpenItemSearch();
+    bool FindOpenItem(HC_KEY& key, std::string& type);
+    void EndOpenItemSearch();
+
+private:
+    struct Search {
+        std::vector<Found> items;
+        size_t next = 0;
+    };
+    struct UserKey {
+        HC_KEY key;
+        bool global;
+    };
+    struct LocalKey {
+        Slot owner;
+        HC_KEY key;
+        bool operator==(const LocalKey&) const = default;
+    };
+    struct LocalKeyHash {
+        size_t operator()(const LocalKey& k) const {
+            return std::hash<HC_KEY>()(k.key) ^ (static_cast<size_t>(k.owner) << 1);
+        }
+    };
+
+    Slot Adopt(ObjectPtr object, Slot owner);
+    ChildList& ListFor(Segment& owner, const Object& object);
+    void Append(ChildList& list, Slot slot);
+    void Unlink(ChildList& list, Slot slot);
+    void Detach(Slot slot); // from its owner's list and the name index
+    void Reparent(Slot slot, Slot owner, std::string name);
+    void NoteIncoming(Slot target, Slot link);
+    void Destroy(Slot slot);
+    Slot MakeSegment(Slot owner, std::string_view name);
+    Slot ChildByLevel(Slot segment, std::string_view level) const;
+    bool IsInside(Slot segment, Slot ancestor) const;
+    void CopyInto(Slot source, Slot destination);
+    void CopyObject(const Object& source, Slot destinationSegment);
+    void FlushSegment(Slot segment, const Filter& filter);
+    void UpdateStaticModel(Slot segment);
+    void ForgetKey(Slot slot);
+    // Calls visit(Found) for each item of one segment that passes the filter, in contents order,
+    // until it returns false.
+    template <typename Visit>
+    bool VisitContents(const Segment& segment, const Filter& filter, Visit&& visit) const;
+
+    std::vector<ObjectPtr> m_objects; // by slot; null once deleted
+    size_t m_live = 0;
+    NameIndex m_names;
+    std::unordered_map<Slot, std::vector<Slot>> m_incoming; // target -> links to it
+    std::unordered_map<Slot, UserKey> m_userKeys;
+    std::unordered_map<HC_KEY, Slot> m_globalKeys;
+    std::unordered_map<LocalKey, Slot, LocalKeyHash> m_localKeys;
+    struct OpenItem {
+        Slot slot;
+        bool geometry;
+    };
+    std::vector<OpenItem> m_open;
+    std::vector<Search> m_searches;
+    std::vector<std::string> m_namedStyleSearch;
+    size_t m_namedStyleNext = 0;
+    std::vector<Slot> m_openItemSearch;
+    size_t m_openItemNext = 0;
+};
+
+// The process-wide database behind the C interface.
+Database& Current();
+
+} // namespace hc

@@ -1,0 +1,158 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <obsidra/hc.h>
+
+#include "hc/content_kind.h"
+#include "hc/option_string.h"
+
+namespace hc {
+
+// An object's place in the key table. Its original key is derived from it (OriginalKey), and a
+// slot is never handed out twice, so a dead key stays dead.
+using Slot = uint32_t;
+constexpr Slot kNoSlot = UINT32_MAX;
+
+constexpr HC_KEY OriginalKey(Slot slot) {
+    return -static_cast<HC_KEY>(slot) - 2;
+}
+
+enum class ObjectKind : uint8_t { Segment, Geometry, Link, StaticModel };
+
+// A doubly linked list threaded through the objects' prev/next slots: O(1) append and unlink,
+// creation order kept.
+struct ChildList {
+    Slot first = kNoSlot;
+    Slot last = kNoSlot;
+    uint32_t count = 0;
+};
+
+// Attributes set locally on a segment or geometry item, stored sparsely.
+struct Attributes {
+    std::vector<std::pair<ContentKind, OptionList>> options;
+
+    OptionList* Find(ContentKind kind);
+    const OptionList* Find(ContentKind kind) const;
+    bool Remove(ContentKind kind);
+};
+
+// The objects carry no virtual table (a million segments would pay for it): ObjectDeleter
+// destroys each as its own kind.
+struct Object {
+    Object(ObjectKind kind, ContentKind type) : kind(kind), type(type) {}
+
+    ObjectKind kind;
+    ContentKind type;
+    bool renumbered = false;
+    Slot slot = kNoSlot;
+    Slot owner = kNoSlot;
+    Slot prev = kNoSlot;
+    Slot next = kNoSlot;
+    std::unique_ptr<Attributes> attributes;
+};
+
+struct NamedStyleDefinition {
+    std::string name;
+    Slot source = kNoSlot;
+};
+
+// Definitions a segment holds; few segments have any, so they live apart.
+struct Definitions {
+    std::vector<NamedStyleDefinition> namedStyles;
+};
+
+struct Segment : Object {
+    Segment() : Object(ObjectKind::Segment, ContentKind::Segment) {}
+
+    const std::vector<NamedStyleDefinition>& NamedStyles() const {
+        static const std::vector<NamedStyleDefinition> kNone;
+        return definitions ? definitions->namedStyles : kNone;
+    }
+    std::vector<NamedStyleDefinition>& MutableNamedStyles() {
+        if (!definitions) definitions = std::make_unique<Definitions>();
+        return definitions->namedStyles;
+    }
+
+    std::string name; // empty for a nameless segment
+    ChildList segments;
+    ChildList links; // includes, styles, named styles and references
+    ChildList geometry;
+    Slot staticModel = kNoSlot;
+    std::unique_ptr<Definitions> definitions;
+};
+
+// What few geometry items have: a text, references attached while the item was open.
+struct GeometryExtras {
+    std::string text;
+    std::vector<Slot> references;
+};
+
+// Geometry data in one shape for every kind: points, integers (face lists, counts) and, rarely
+// present, the extras.
+struct Geometry : Object {
+    explicit Geometry(ContentKind type) : Object(ObjectKind::Geometry, type) {}
+
+    const std::string& Text() const {
+        static const std::string kNone;
+        return extras ? extras->text : kNone;
+    }
+    const std::vector<Slot>& References() const {
+        static const std::vector<Slot> kNone;
+        return extras ? extras->references : kNone;
+    }
+    GeometryExtras& Extras() {
+        if (!extras) extras = std::make_unique<GeometryExtras>();
+        return *extras;
+    }
+
+    std::vector<HC_POINT> points;
+    std::vector<int> ints;
+    std::unique_ptr<GeometryExtras> extras;
+};
+
+// An include, style, named style or reference item.
+struct Link : Object {
+    explicit Link(ContentKind type) : Object(ObjectKind::Link, type) {}
+
+    Slot target = kNoSlot; // unused by named styles, which resolve their name when asked
+    std::string condition;
+    std::string filter;    // references
+    std::string styleName; // named styles
+};
+
+struct StaticModel : Object {
+    StaticModel() : Object(ObjectKind::StaticModel, ContentKind::StaticModel) {}
+};
+
+struct ObjectDeleter {
+    void operator()(Object* object) const {
+        switch (object->kind) {
+        case ObjectKind::Segment:
+            delete static_cast<Segment*>(object);
+            break;
+        case ObjectKind::Geometry:
+            delete static_cast<Geometry*>(object);
+            break;
+        case ObjectKind::Link:
+            delete static_cast<Link*>(object);
+            break;
+        case ObjectKind::StaticModel:
+            delete static_cast<StaticModel*>(object);
+            break;
+        }
+    }
+};
+
+using ObjectPtr = std::unique_ptr<Object, ObjectDeleter>;
+
+template <typename T, typename... Args>
+ObjectPtr NewObject(Args&&... args) {
+    return ObjectPtr(new T(std::forward<Args>(args)...));
+}
+
+} // namespace hc

@@ -1,0 +1,107 @@
+#include "hc/text.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include <obsidra/hc.h>
+
+namespace hc {
+
+namespace {
+char Lower(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+} // namespace
+
+std::string ToLower(std::string_view text) {
+    std::string result(text);
+    for (char& c : result)
+        c = Lower(c);
+    return result;
+}
+
+bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (Lower(a[i]) != Lower(b[i])) return false;
+    return true;
+}
+
+std::string_view Trim(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && IsBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+std::string CollapseBlanks(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (char c : Trim(text)) {
+        if (IsBlank(c)) {
+            if (result.back() != ' ') result += ' ';
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+std::vector<std::string_view> SplitList(std::string_view text, char separator) {
+    std::vector<std::string_view> items;
+    int depth = 0;
+    char quote = 0;
+    size_t start = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        char c = text[i];
+        if (quote) {
+            if (c == quote) quote = 0;
+        } else if (c == '"' || c == '\'' || c == '`') {
+            quote = c;
+        } else if (c == '(') {
+            ++depth;
+        } else if (c == ')') {
+            if (depth > 0) --depth;
+        } else if (c == separator && depth == 0) {
+            items.push_back(Trim(text.substr(start, i - start)));
+            start = i + 1;
+        }
+    }
+    std::string_view last = Trim(text.substr(start));
+    if (!last.empty() || !items.empty()) items.push_back(last);
+    return items;
+}
+
+std::string KeyText(int64_t key) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%llX", static_cast<unsigned long long>(key));
+    return buffer;
+}
+
+std::string ParseField(std::string_view text, std::string_view delimiter, int offset) {
+    char separator = delimiter.empty() ? ' ' : delimiter.front();
+    std::vector<std::string_view> fields;
+    size_t start = 0;
+    for (size_t i = 0; i <= text.size(); ++i) {
+        if (i == text.size() || text[i] == separator) {
+            fields.push_back(Trim(text.substr(start, i - start)));
+            start = i + 1;
+        }
+    }
+    long long index = offset < 0 ? static_cast<long long>(fields.size()) + offset : offset;
+    if (index < 0 || index >= static_cast<long long>(fields.size())) return {};
+    return std::string(fields[static_cast<size_t>(index)]);
+}
+
+void CopyOut(std::string_view text, char* buffer) {
+    if (!buffer) return;
+    size_t n = text.size() < HC_TEXT_MAX - 1 ? text.size() : HC_TEXT_MAX - 1;
+    std::memcpy(buffer, text.data(), n);
+    buffer[n] = '\0';
+}
+
+} // namespace hc

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hc {
+
+std::string ToLower(std::string_view text);
+bool EqualsIgnoreCase(std::string_view a, std::string_view b);
+std::string_view Trim(std::string_view text);
+// Trims and folds every run of blanks into one blank.
+std::string CollapseBlanks(std::string_view text);
+// Splits at the separator where it stands outside parentheses and quotes; items are trimmed.
+std::vector<std::string_view> SplitList(std::string_view text, char separator);
+// The key as "%llX" prints it: upper-case hexadecimal, negative keys as 16 digits.
+std::string KeyText(int64_t key);
+// The field at offset (negative offsets count from the end, -1 being the last) of text split at
+// the delimiter's first character, trimmed of blanks; empty when there is no such field.
+std::string ParseField(std::string_view text, std::string_view delimiter, int offset);
+// Copies text into a caller's buffer of HC_TEXT_MAX bytes (cut there, always NUL-terminated); a
+// null buffer is allowed and receives nothing.
+void CopyOut(std::string_view text, char* buffer);
+
+} // namespace hc

@@ -1,0 +1,64 @@
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include <obsidra/hc.h>
+
+#include "commands.h"
+
+namespace {
+
+const std::string kExample = std::string(OBSIDRA_SOURCE_DIR) + "/examples/house.hmf";
+
+struct Outcome {
+    int code;
+    std::string out, err;
+};
+
+Outcome Tool(obsidra::tools::Command command, std::vector<std::string> args) {
+    HC_Reset_System();
+    std::ostringstream out, err;
+    int code = command(args, out, err);
+    return {code, out.str(), err.str()};
+}
+
+TEST(SceneTool, TreePrintsEverySegmentWithItsKeyAndCounts) {
+    Outcome run = Tool(obsidra::tools::TreeCommand, {kExample});
+    ASSERT_EQ(run.code, 0) << run.err;
+    std::istringstream lines(run.out);
+    std::string first;
+    std::getline(lines, first);
+    EXPECT_EQ(first, "/  [FFFFFFFFFFFFFFFE]  segment 3");
+    EXPECT_NE(run.out.find("\n    roof  ["), std::string::npos);
+    EXPECT_NE(run.out.find("]  static model 1, segment 1, shell 1, heuristics 1\n"),
+              std::string::npos);
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 19);
+
+    Outcome shallow = Tool(obsidra::tools::TreeCommand, {kExample, "--depth", "1"});
+    EXPECT_EQ(std::count(shallow.out.begin(), shallow.out.end(), '\n'), 4);
+}
+
+TEST(SceneTool, ConvertWritesAMetafileThatReadsBackTheSame) {
+    auto file = std::filesystem::temp_directory_path() / "obsidra_convert.hmf";
+    ASSERT_EQ(Tool(obsidra::tools::ConvertCommand, {kExample, file.string()}).code, 0);
+    Outcome original = Tool(obsidra::tools::TreeCommand, {kExample});
+    Outcome converted = Tool(obsidra::tools::TreeCommand, {file.string()});
+    std::filesystem::remove(file);
+    EXPECT_EQ(converted.out, original.out);
+}
+
+TEST(SceneTool, BadFilesAndArgumentsGiveAnErrorNotACrash) {
+    auto file = std::filesystem::temp_directory_path() / "obsidra_broken.hmf";
+    std::ofstream(file) << "(Segment \"a\"\n  (Shell (Points 1 2)))\n";
+    Outcome broken = Tool(obsidra::tools::TreeCommand, {file.string()});
+    std::filesystem::remove(file);
+    EXPECT_EQ(broken.code, 1);
+    EXPECT_NE(broken.err.find(": line 2: points need three coordinates each"), std::string::npos)
+        << broken.err;
+    EXPECT_EQ(Tool(obsidra::tools::TreeCommand, {"/no/such.hmf"}).code, 1);
+    EXPECT_EQ(Tool(obsidra::tools::TreeCommand, {}).code, 2);
+    EXPECT_EQ(Tool(obsidra::tools::ConvertCommand, {kExample}).code, 2);
+}
+
+} // namespace
