@@ -40,8 +40,7 @@ struct Utf16Less {
         while (i < a.size() && i < b.size()) {
             const Unit unitA = Decode(a.substr(i));
             const Unit unitB = Decode(b.substr(i));
-            if (unitA.key != unitB.key)
-                return unitA.key < unitB.key;
+            if (unitA.key != unitB.key) return unitA.key < unitB.key;
             i += unitA.length;
         }
         return a.size() < b.size();
@@ -66,8 +65,7 @@ private:
     static Unit Decode(std::string_view s) noexcept {
         const auto lead = static_cast<unsigned char>(s[0]);
         const Unit malformed{kMalformed + lead, 1};
-        if (lead < 0x80)
-            return {lead, 1};
+        if (lead < 0x80) return {lead, 1};
         std::size_t length = 0;
         std::uint32_t cp = 0;
         std::uint32_t smallest = 0;
@@ -86,15 +84,12 @@ private:
         } else {
             return malformed;
         }
-        if (s.size() < length)
-            return malformed;
+        if (s.size() < length) return malformed;
         for (std::size_t k = 1; k < length; ++k) {
-            if (!IsContinuation(s[k]))
-                return malformed;
+            if (!IsContinuation(s[k])) return malformed;
             cp = (cp << 6) | (static_cast<unsigned char>(s[k]) & 0x3F);
         }
-        if (cp < smallest || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
-            return malformed;
+        if (cp < smallest || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return malformed;
         return {cp >= 0xE000 && cp <= 0xFFFF ? cp + 0x200000 : cp, length};
     }
 
@@ -246,10 +241,8 @@ struct CategoryPath {
 
     friend bool operator<(const CategoryPath& a, const CategoryPath& b) {
         const Utf16Less less;
-        if (a.discipline != b.discipline)
-            return less(a.discipline, b.discipline);
-        if (a.majorCategory != b.majorCategory)
-            return less(a.majorCategory, b.majorCategory);
+        if (a.discipline != b.discipline) return less(a.discipline, b.discipline);
+        if (a.majorCategory != b.majorCategory) return less(a.majorCategory, b.majorCategory);
         return less(a.minorCategory, b.minorCategory);
     }
 };

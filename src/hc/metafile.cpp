@@ -176,6 +176,12 @@ private:
                 m_out += " " + std::to_string(i);
             m_out += ")";
         }
+        if (!geometry.Values().empty()) {
+            m_out += " (Values";
+            for (float v : geometry.Values())
+                m_out += " " + Number(v);
+            m_out += ")";
+        }
         if (!geometry.Text().empty()) m_out += " (String " + Quoted(geometry.Text()) + ")";
         if (geometry.renumbered || geometry.attributes || !geometry.References().empty()) {
             m_out += "\n";
@@ -295,15 +301,17 @@ bool Validate(const std::vector<Node>& nodes, std::string& error) {
         const Node& node = nodes[i];
         if (node.type != Node::List) continue;
         std::string_view name = node.text;
-        bool numbers = EqualsIgnoreCase(name, "Points") || EqualsIgnoreCase(name, "Ints");
+        bool integers = EqualsIgnoreCase(name, "Ints");
+        bool numbers =
+            integers || EqualsIgnoreCase(name, "Points") || EqualsIgnoreCase(name, "Values");
         if (numbers) {
             for (size_t c : node.children) {
                 char* end = nullptr;
                 const std::string& text = nodes[c].text;
-                if (EqualsIgnoreCase(name, "Points"))
-                    (void)std::strtof(text.c_str(), &end);
-                else
+                if (integers)
                     (void)std::strtol(text.c_str(), &end, 10);
+                else
+                    (void)std::strtof(text.c_str(), &end);
                 if (nodes[c].type != Node::Atom || *end || text.empty())
                     return fail(nodes[c], "\"" + text + "\" is not a number");
             }
@@ -416,6 +424,9 @@ private:
             for (size_t c : ints->children)
                 geometry->ints.push_back(
                     static_cast<int>(std::strtol(m_nodes[c].text.c_str(), nullptr, 10)));
+        if (const Node* values = Child(node, "Values"))
+            for (size_t c : values->children)
+                geometry->Extras().values.push_back(std::strtof(m_nodes[c].text.c_str(), nullptr));
         if (const Node* text = Child(node, "String")) geometry->Extras().text = Str(*text, 0);
         LoadNested(node, geometry->slot, segment);
     }

@@ -86,9 +86,11 @@ struct Segment : Object {
     std::unique_ptr<Definitions> definitions;
 };
 
-// What few geometry items have: a text, references attached while the item was open.
+// What only some geometry items have: a text (text strings, image formats, options), further
+// numbers (radii, knots, weights, angles), references attached while the item was open.
 struct GeometryExtras {
     std::string text;
+    std::vector<float> values;
     std::vector<Slot> references;
 };
 
@@ -100,6 +102,10 @@ struct Geometry : Object {
     const std::string& Text() const {
         static const std::string kNone;
         return extras ? extras->text : kNone;
+    }
+    const std::vector<float>& Values() const {
+        static const std::vector<float> kNone;
+        return extras ? extras->values : kNone;
     }
     const std::vector<Slot>& References() const {
         static const std::vector<Slot> kNone;

@@ -1,0 +1,57 @@
+#pragma once
+
+// Shared by the files that implement the HC_ functions.
+
+#include <string>
+#include <string_view>
+
+#include <obsidra/hc.h>
+
+#include "hc/database.h"
+#include "hc/error.h"
+#include "hc/text.h"
+
+// Names the function for the error reports of one call.
+#define HC_API(name) ::hc::ApiScope apiScope(#name)
+
+namespace hc::api {
+
+inline std::string_view Text(const char* text) {
+    return text ? std::string_view(text) : std::string_view();
+}
+
+template <typename T>
+void Put(T* out, T value) {
+    if (out) *out = value;
+}
+
+inline HC_POINT Point(double x, double y, double z) {
+    return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+}
+
+// The live object of a key, reported when the key is dead.
+inline Object* ObjectOf(HC_KEY key) {
+    Database& db = Current();
+    return db.Get(db.Require(key));
+}
+
+// A geometry item of one kind, reported when the key names something else.
+inline Geometry* GeometryOf(HC_KEY key, ContentKind type) {
+    Object* object = ObjectOf(key);
+    if (object && object->kind == ObjectKind::Geometry && object->type == type)
+        return static_cast<Geometry*>(object);
+    if (object) ReportError("key " + KeyText(key) + " is not a " + std::string(TypeWord(type)));
+    return nullptr;
+}
+
+inline Slot CurrentSegmentOrReport() {
+    Slot segment = Current().CurrentSegment();
+    if (segment == kNoSlot) ReportError("the open segment no longer exists");
+    return segment;
+}
+
+inline HC_KEY KeyOrZero(Slot slot) {
+    return slot == kNoSlot ? 0 : Current().KeyOf(slot);
+}
+
+} // namespace hc::api
