@@ -124,7 +124,7 @@ struct ComponentId {
     }
 };
 
-// An Order value of this size means that no Order is set.
+// An Order of this value means that no Order is set.
 inline constexpr std::uint32_t kOrderNotSet = 0xFFFFFFFF;
 // Either geometry-index value equal to this means that the geometry has no index.
 inline constexpr std::uint32_t kNoGeometryIndex = 0xFFFFFFFF;
@@ -132,7 +132,7 @@ inline constexpr std::uint32_t kNoGeometryIndex = 0xFFFFFFFF;
 inline constexpr std::uint32_t kShownPartKind = 1;
 
 struct DisplayStyle {
-    // Bits 0 to 3 are bookkeeping; the style counts as set only when a higher bit is.
+    // Bits 0 to 3 do not count: the style is set only when a higher bit is.
     std::uint16_t flags = 0;
     std::uint8_t red = 0;
     std::uint8_t green = 0;

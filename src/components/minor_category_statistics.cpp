@@ -1,0 +1,54 @@
+#include "components/minor_category_statistics.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "components/text_format.h"
+
+namespace obsidra::components {
+
+namespace {
+
+// A sorted list compares its texts without regard to the case of Latin letters.
+std::string FoldCase(std::string_view text) {
+    std::string folded(text);
+    for (char& c : folded)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return folded;
+}
+
+} // namespace
+
+MinorCategoryStatistics MakeMinorCategoryStatistics(const MinorCategoryCounts& counts) {
+    struct Entry {
+        std::string sortKey;
+        MinorCategoryRow row;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(counts.size());
+    MinorCategoryStatistics statistics;
+    for (const auto& [name, count] : counts) {
+        Entry entry{FoldCase(name), {name, count, {}}};
+        AppendFormat(entry.row.countText, "%d", count);
+        entries.push_back(std::move(entry));
+        statistics.total += count;
+    }
+    std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+        return Utf16Less{}(a.sortKey, b.sortKey);
+    });
+    statistics.rows.reserve(entries.size());
+    for (Entry& entry : entries)
+        statistics.rows.push_back(std::move(entry.row));
+    AppendFormat(statistics.totalLine, "总构件个数->> %lld",
+                 static_cast<long long>(statistics.total));
+    return statistics;
+}
+
+MinorCategoryStatistics CollectMinorCategoryStatistics(ComponentHost* host) {
+    MinorCategoryCounts counts;
+    ComponentHost::Model* model = host ? host->GetModel() : nullptr;
+    if (model) model->CollectMinorCategoryCounts(counts);
+    return MakeMinorCategoryStatistics(counts);
+}
+
+} // namespace obsidra::components
