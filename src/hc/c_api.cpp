@@ -69,20 +69,16 @@ HC_KEY LinkTargetKey(HC_KEY key, ContentKind type, char* pathname) {
     return KeyOrZero(target);
 }
 
-void SetOptions(ContentKind kind, const char* options) {
-    Current().SetOptions(Current().AttributeTarget(), kind, Text(options));
-}
-
-void UnSetOptions(ContentKind kind) {
-    Current().UnSetOptions(Current().AttributeTarget(), kind);
-}
-
-void ShowOptions(ContentKind kind, char* options) {
-    Slot target = Current().AttributeTarget();
-    const OptionList* list = Current().ShowOptions(target, kind);
-    if (!list && target != kNoSlot)
-        ReportError("no " + std::string(TypeWord(kind)) + " is set here");
-    CopyOut(list ? list->Format() : std::string(), options);
+void DefineNamedStyle(std::string_view name, Slot source) {
+    if (!Current().GetSegment(source)) {
+        ReportError("a named style's source must be a segment");
+        return;
+    }
+    Definition definition;
+    definition.name = name;
+    definition.segment = source;
+    Current().Define(CurrentSegmentOrReport(), ContentKind::NamedStyleDefinition,
+                     std::move(definition));
 }
 
 } // namespace
@@ -317,19 +313,21 @@ void HC_Define_Named_Style(const char* styleName, const char* sourceSegment) {
     HC_API(HC_Define_Named_Style);
     Database& db = Current();
     Slot source = db.ResolvePath(Text(sourceSegment), true);
-    if (source != kNoSlot) db.DefineNamedStyle(CurrentSegmentOrReport(), Text(styleName), source);
+    if (source != kNoSlot) DefineNamedStyle(Text(styleName), source);
 }
 
 void HC_Define_Named_Style_By_Key(const char* styleName, HC_KEY sourceKey) {
     HC_API(HC_Define_Named_Style_By_Key);
     Database& db = Current();
     Slot source = db.Require(sourceKey);
-    if (source != kNoSlot) db.DefineNamedStyle(CurrentSegmentOrReport(), Text(styleName), source);
+    if (source != kNoSlot) DefineNamedStyle(Text(styleName), source);
 }
 
 void HC_UnDefine_Named_Style(const char* styleName) {
     HC_API(HC_UnDefine_Named_Style);
-    Current().UnDefineNamedStyle(CurrentSegmentOrReport(), Text(styleName));
+    if (!Current().UnDefine(CurrentSegmentOrReport(), ContentKind::NamedStyleDefinition,
+                            Text(styleName)))
+        ReportError("no named style \"" + std::string(Text(styleName)) + "\" is defined here");
 }
 
 HC_KEY HC_Show_Named_Style(const char* styleName, char* sourceSegment) {
@@ -356,24 +354,6 @@ void HC_Show_Named_Style_Segment(HC_KEY key, char* styleName) {
     HC_API(HC_Show_Named_Style_Segment);
     Link* link = LinkOf(key, ContentKind::NamedStyle);
     CopyOut(link ? link->styleName : std::string(), styleName);
-}
-
-void HC_Begin_Named_Style_Search(void) {
-    HC_API(HC_Begin_Named_Style_Search);
-    Current().BeginNamedStyleSearch();
-}
-
-bool HC_Find_Named_Style(char* styleName) {
-    HC_API(HC_Find_Named_Style);
-    std::string name;
-    bool found = Current().FindNamedStyle(name);
-    CopyOut(name, styleName);
-    return found;
-}
-
-void HC_End_Named_Style_Search(void) {
-    HC_API(HC_End_Named_Style_Search);
-    Current().EndNamedStyleSearch();
 }
 
 // --- References ----------------------------------------------------------------------------------
@@ -494,29 +474,6 @@ void HC_End_Open_Item_Search(void) {
     HC_API(HC_End_Open_Item_Search);
     Current().EndOpenItemSearch();
 }
-
-// --- Option-string attributes --------------------------------------------------------------------
-
-#define HC_OPTION_ATTRIBUTE(Name, Kind)                                                            \
-    void HC_Set_##Name(const char* options) {                                                      \
-        HC_API(HC_Set_##Name);                                                                     \
-        SetOptions(ContentKind::Kind, options);                                                    \
-    }                                                                                              \
-    void HC_UnSet_##Name(void) {                                                                   \
-        HC_API(HC_UnSet_##Name);                                                                   \
-        UnSetOptions(ContentKind::Kind);                                                           \
-    }                                                                                              \
-    void HC_Show_##Name(char* options) {                                                           \
-        HC_API(HC_Show_##Name);                                                                    \
-        ShowOptions(ContentKind::Kind, options);                                                   \
-    }
-
-HC_OPTION_ATTRIBUTE(Color, Color)
-HC_OPTION_ATTRIBUTE(Visibility, Visibility)
-HC_OPTION_ATTRIBUTE(Heuristics, Heuristics)
-HC_OPTION_ATTRIBUTE(Rendering_Options, RenderingOptions)
-HC_OPTION_ATTRIBUTE(Selectability, Selectability)
-HC_OPTION_ATTRIBUTE(User_Options, UserOptions)
 
 // --- Text and metafiles --------------------------------------------------------------------------
 

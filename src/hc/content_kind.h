@@ -10,7 +10,8 @@ namespace hc {
 
 // Everything a contents search can return, with its type word and the other word a filter accepts
 // for it, in the order the database lists a segment's contents
-// (docs/formats.md). The geometry kinds sit between kFirstGeometry and kLastGeometry.
+// (docs/formats.md). The geometry kinds sit between kFirstGeometry and kLastGeometry; the shell
+// details after them are never listed, only counted on a shell (HC_Show_Existence_By_Key).
 #define HC_CONTENT_KINDS(X)                                                                        \
     X(StaticModel, "static model", "static models")                                                \
     X(Segment, "segment", "segments")                                                              \
@@ -44,13 +45,50 @@ namespace hc {
     X(Grid, "grid", "grids")                                                                       \
     X(InfiniteLine, "infinite line", "infinite lines")                                             \
     X(InfiniteRay, "infinite ray", "infinite rays")                                                \
+    X(VertexAttributes, "vertex attributes", "vertex attribute")                                   \
+    X(EdgeAttributes, "edge attributes", "edge attribute")                                         \
+    X(FaceAttributes, "face attributes", "face attribute")                                         \
+    X(TextureDefinition, "texture definition", "local texture")                                    \
+    X(GlyphDefinition, "glyph definition", "glyph")                                                \
+    X(LineStyleDefinition, "line style definition", "line pattern definition")                     \
     X(NamedStyleDefinition, "named style definition", "named style definitions")                   \
+    X(ShaderDefinition, "shader definition", "shader")                                             \
+    X(FontDefinition, "font definition", "font")                                                   \
     X(Color, "color", "colors")                                                                    \
     X(Visibility, "visibility", "visibilities")                                                    \
-    X(Heuristics, "heuristics", "heuristic")                                                       \
-    X(RenderingOptions, "rendering options", "rendering option")                                   \
     X(Selectability, "selectability", "selectabilities")                                           \
-    X(UserOptions, "user options", "user option")
+    X(Callback, "callback", "callbacks")                                                           \
+    X(RenderingOptions, "rendering options", "rendering option")                                   \
+    X(UserOptions, "user options", "user option")                                                  \
+    X(UnicodeOptions, "unicode options", "unicode option")                                         \
+    X(UserValue, "user value", "user values")                                                      \
+    X(UserIndex, "user index", "user indices")                                                     \
+    X(UserData, "user data", "user datas")                                                         \
+    X(Camera, "camera", "cameras")                                                                 \
+    X(ModellingMatrix, "modelling matrix", "modelling matrices")                                   \
+    X(TextureMatrix, "texture matrix", "texture matrices")                                         \
+    X(Heuristics, "heuristics", "heuristic")                                                       \
+    X(TextFont, "text font", "text fonts")                                                         \
+    X(DriverOptions, "driver options", "driver option")                                            \
+    X(Handedness, "handedness", "handednesses")                                                    \
+    X(Window, "window", "windows")                                                                 \
+    X(ClipRegion, "clip region", "clip regions")                                                   \
+    X(EdgeWeight, "edge weight", "edge weights")                                                   \
+    X(LineWeight, "line weight", "line weights")                                                   \
+    X(MarkerSize, "marker size", "marker sizes")                                                   \
+    X(Conditions, "condition", "conditions")                                                       \
+    X(TextAlignment, "text alignment", "text alignments")                                          \
+    X(WindowPattern, "window pattern", "window patterns")                                          \
+    X(WindowFrame, "window frame", "window frames")                                                \
+    X(LinePattern, "line pattern", "line patterns")                                                \
+    X(EdgePattern, "edge pattern", "edge patterns")                                                \
+    X(FacePattern, "face pattern", "face patterns")                                                \
+    X(MarkerSymbol, "marker symbol", "marker symbols")                                             \
+    X(TextPath, "text path", "text paths")                                                         \
+    X(TextSpacing, "text spacing", "text spacings")                                                \
+    X(ColorMap, "color map", "color maps")                                                         \
+    X(GeometryOptions, "geometry options", "geometry option")                                      \
+    X(ConditionalAction, "conditional action", "conditional actions")
 
 enum class ContentKind : uint8_t {
 #define HC_ENUM(name, word, other) name,
@@ -63,7 +101,9 @@ constexpr size_t kContentKindCount = static_cast<size_t>(ContentKind::Count);
 constexpr ContentKind kFirstGeometry = ContentKind::Shell;
 constexpr ContentKind kLastGeometry = ContentKind::InfiniteRay;
 constexpr ContentKind kFirstAttribute = ContentKind::Color;
-constexpr ContentKind kLastAttribute = ContentKind::UserOptions;
+constexpr ContentKind kLastAttribute = ContentKind::ConditionalAction;
+constexpr ContentKind kFirstDefinition = ContentKind::TextureDefinition;
+constexpr ContentKind kLastDefinition = ContentKind::FontDefinition;
 
 constexpr bool IsGeometry(ContentKind kind) {
     return kind >= kFirstGeometry && kind <= kLastGeometry;
@@ -72,7 +112,7 @@ constexpr bool IsAttribute(ContentKind kind) {
     return kind >= kFirstAttribute && kind <= kLastAttribute;
 }
 constexpr bool IsDefinition(ContentKind kind) {
-    return kind == ContentKind::NamedStyleDefinition;
+    return kind >= kFirstDefinition && kind <= kLastDefinition;
 }
 
 // The type word the database answers for a kind ("shell", "named style", ...).

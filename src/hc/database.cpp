@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "hc/error.h"
+#include "hc/geometry_data.h"
 #include "hc/text.h"
 
 namespace hc {
@@ -26,24 +27,6 @@ std::pair<std::string_view, std::string_view> SplitLast(std::string_view path) {
 
 } // namespace
 
-OptionList* Attributes::Find(ContentKind kind) {
-    for (auto& [k, list] : options)
-        if (k == kind) return &list;
-    return nullptr;
-}
-
-const OptionList* Attributes::Find(ContentKind kind) const {
-    return const_cast<Attributes*>(this)->Find(kind);
-}
-
-bool Attributes::Remove(ContentKind kind) {
-    auto it = std::find_if(options.begin(), options.end(),
-                           [kind](const auto& entry) { return entry.first == kind; });
-    if (it == options.end()) return false;
-    options.erase(it);
-    return true;
-}
-
 Database::Database()
     : m_names([this](Slot slot) -> std::pair<Slot, std::string_view> {
           const auto* segment = static_cast<const Segment*>(m_objects[slot].get());
@@ -63,7 +46,9 @@ void Database::Reset() {
     m_localKeys.clear();
     m_open.clear();
     m_searches.clear();
-    m_namedStyleSearch.clear();
+    for (NameSearch& search : m_nameSearches)
+        search = {};
+    m_systemOptions = {};
     m_openItemSearch.clear();
     m_live = 0;
     Adopt(NewObject<Segment>(), kNoSlot);
@@ -594,17 +579,17 @@ void Database::CopyInto(Slot source, Slot destination) {
         pending.pop_back();
         const Segment& src = *GetSegment(from);
         if (src.attributes) {
-            Segment& dst = *GetSegment(to);
-            if (!dst.attributes) dst.attributes = std::make_unique<Attributes>();
-            for (const auto& [kind, options] : src.attributes->options) {
-                if (OptionList* mine = dst.attributes->Find(kind))
-                    mine->Merge(options);
+            for (const Attribute& attribute : src.attributes->Items()) {
+                Attribute& mine = ObtainAttribute(to, attribute.kind);
+                if (IsOptionString(attribute.kind))
+                    mine.options.Merge(attribute.options);
                 else
-                    dst.attributes->options.emplace_back(kind, options);
+                    mine = attribute;
             }
         }
-        for (const NamedStyleDefinition& definition : src.NamedStyles())
-            DefineNamedStyle(to, definition.name, definition.source);
+        for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k)
+            for (const Definition& definition : src.DefinitionsOf(ContentKind(k)))
+                Define(to, ContentKind(k), definition);
         for (const ChildList* list : {&src.links, &src.geometry})
             for (Slot c = list->first; c != kNoSlot; c = m_objects[c]->next)
                 CopyObject(*m_objects[c], to);
@@ -632,7 +617,7 @@ void Database::CopyObject(const Object& source, Slot destination) {
         l.filter = link.filter;
         l.styleName = link.styleName;
     }
-    if (source.attributes) copy->attributes = std::make_unique<Attributes>(*source.attributes);
+    if (source.attributes) copy->attributes = std::make_unique<AttributeSet>(*source.attributes);
     Slot slot = Adopt(std::move(copy), destination);
     if (source.kind == ObjectKind::Link) {
         if (Slot target = static_cast<Link&>(*m_objects[slot]).target; target != kNoSlot)
@@ -660,20 +645,21 @@ void Database::FlushSegment(Slot slot, const Filter& filter) {
             if (filter.Has(m_objects[c]->type)) doomed.push_back(c);
     for (Slot c : doomed)
         DeleteObject(c);
-    if (filter.Has(ContentKind::NamedStyleDefinition)) segment.definitions.reset();
+    for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k)
+        if (segment.definitions && filter.Has(ContentKind(k)))
+            segment.definitions->Of(ContentKind(k)).clear();
     if (segment.attributes) {
-        std::erase_if(segment.attributes->options,
-                      [&](const auto& entry) { return filter.Has(entry.first); });
-        if (segment.attributes->options.empty()) segment.attributes.reset();
+        std::erase_if(segment.attributes->Items(),
+                      [&](const Attribute& attribute) { return filter.Has(attribute.kind); });
+        if (segment.attributes->Empty()) segment.attributes.reset();
     }
     UpdateStaticModel(slot);
 }
 
 void Database::UpdateStaticModel(Slot slot) {
     Segment& segment = *GetSegment(slot);
-    const OptionList* heuristics =
-        segment.attributes ? segment.attributes->Find(ContentKind::Heuristics) : nullptr;
-    bool wanted = heuristics && heuristics->IsOn("static model");
+    const Attribute* heuristics = LocalAttribute(slot, ContentKind::Heuristics);
+    bool wanted = heuristics && heuristics->options.IsOn("static model");
     if (wanted && segment.staticModel == kNoSlot)
         Adopt(NewObject<StaticModel>(), slot);
     else if (!wanted && segment.staticModel != kNoSlot)
@@ -723,39 +709,60 @@ Slot Database::AddNamedStyle(Slot owner, std::string_view styleName, std::string
     return Adopt(std::move(object), owner);
 }
 
-void Database::DefineNamedStyle(Slot slot, std::string_view name, Slot source) {
+Slot Database::FindNamedStyle(Slot slot, std::string_view name) const {
+    const Definition* definition =
+        FindDefinition(slot, ContentKind::NamedStyleDefinition, name, true);
+    return definition && GetSegment(definition->segment) ? definition->segment : kNoSlot;
+}
+
+void Database::Define(Slot slot, ContentKind kind, Definition definition) {
     Segment* segment = GetSegment(slot);
-    name = Trim(name);
     if (!segment) return;
-    if (name.empty() || !GetSegment(source)) {
-        ReportError("a named style needs a name and a source segment");
+    definition.name = Trim(definition.name);
+    if (definition.name.empty()) {
+        ReportError("a definition needs a name");
         return;
     }
-    for (NamedStyleDefinition& definition : segment->MutableNamedStyles()) {
-        if (EqualsIgnoreCase(definition.name, name)) {
-            definition.source = source;
+    for (Definition& present : segment->MutableDefinitionsOf(kind)) {
+        if (EqualsIgnoreCase(present.name, definition.name)) {
+            present = std::move(definition);
             return;
         }
     }
-    segment->MutableNamedStyles().push_back({std::string(name), source});
+    segment->MutableDefinitionsOf(kind).push_back(std::move(definition));
 }
 
-void Database::UnDefineNamedStyle(Slot slot, std::string_view name) {
+bool Database::UnDefine(Slot slot, ContentKind kind, std::string_view name) {
     Segment* segment = GetSegment(slot);
-    if (!segment) return;
-    auto removed = std::erase_if(segment->MutableNamedStyles(), [&](const auto& definition) {
-        return EqualsIgnoreCase(definition.name, Trim(name));
-    });
-    if (removed == 0) ReportError("no named style \"" + std::string(name) + "\" is defined here");
+    if (!segment || !segment->definitions) return false;
+    return std::erase_if(segment->definitions->Of(kind), [&](const Definition& definition) {
+               return EqualsIgnoreCase(definition.name, Trim(name));
+           }) > 0;
 }
 
-Slot Database::FindNamedStyle(Slot slot, std::string_view name) const {
+const Definition* Database::FindDefinition(Slot slot, ContentKind kind, std::string_view name,
+                                           bool inherited) const {
     name = Trim(name);
-    for (const Segment* segment = GetSegment(slot); segment; segment = GetSegment(segment->owner))
-        for (const NamedStyleDefinition& definition : segment->NamedStyles())
-            if (EqualsIgnoreCase(definition.name, name))
-                return GetSegment(definition.source) ? definition.source : kNoSlot;
-    return kNoSlot;
+    for (const Segment* segment = GetSegment(slot); segment;
+         segment = inherited ? GetSegment(segment->owner) : nullptr)
+        for (const Definition& definition : segment->DefinitionsOf(kind))
+            if (EqualsIgnoreCase(definition.name, name)) return &definition;
+    return nullptr;
+}
+
+void Database::BeginNameSearch(ContentKind kind, std::vector<std::string> names) {
+    m_nameSearches[size_t(kind)] = {std::move(names), 0};
+}
+
+bool Database::FindName(ContentKind kind, std::string& name) {
+    NameSearch& search = m_nameSearches[size_t(kind)];
+    if (search.next >= search.names.size()) return false;
+    name = search.names[search.next++];
+    return true;
+}
+
+void Database::EndNameSearch(ContentKind kind) {
+    m_nameSearches[size_t(kind)] = {};
 }
 
 Slot Database::LinkTarget(const Link& link) const {
@@ -772,38 +779,68 @@ Geometry* Database::AddGeometry(Slot owner, ContentKind type) {
     return static_cast<Geometry*>(Get(slot));
 }
 
-void Database::SetOptions(Slot slot, ContentKind kind, std::string_view text) {
+const Attribute* Database::LocalAttribute(Slot slot, ContentKind kind) const {
+    const Object* target = Get(slot);
+    return target && target->attributes ? target->attributes->Find(kind) : nullptr;
+}
+
+Attribute& Database::ObtainAttribute(Slot slot, ContentKind kind) {
+    Object& target = *m_objects[slot];
+    if (!target.attributes) target.attributes = std::make_unique<AttributeSet>();
+    return target.attributes->Obtain(kind);
+}
+
+bool Database::RemoveAttribute(Slot slot, ContentKind kind) {
     Object* target = Get(slot);
-    if (!target) return;
+    if (!target || !target->attributes || !target->attributes->Remove(kind)) return false;
+    if (target->attributes->Empty()) target->attributes.reset();
+    AttributeChanged(slot, kind);
+    return true;
+}
+
+void Database::AttributeChanged(Slot slot, ContentKind kind) {
+    if (kind == ContentKind::Heuristics && GetSegment(slot)) UpdateStaticModel(slot);
+}
+
+void Database::SetText(Slot slot, ContentKind kind, std::string_view text) {
+    if (!Get(slot)) return;
+    if (!IsOptionString(kind)) {
+        ObtainAttribute(slot, kind).text = Trim(text);
+        AttributeChanged(slot, kind);
+        return;
+    }
     OptionList parsed;
     if (!OptionList::Parse(text, parsed) || parsed.Empty()) {
         ReportError("cannot understand the options \"" + std::string(text) + "\"");
         return;
     }
-    if (!target->attributes) target->attributes = std::make_unique<Attributes>();
-    if (OptionList* present = target->attributes->Find(kind))
-        present->Merge(parsed);
-    else
-        target->attributes->options.emplace_back(kind, std::move(parsed));
-    if (target->kind == ObjectKind::Segment && kind == ContentKind::Heuristics)
-        UpdateStaticModel(target->slot);
+    ObtainAttribute(slot, kind).options.Merge(parsed);
+    AttributeChanged(slot, kind);
 }
 
-void Database::UnSetOptions(Slot slot, ContentKind kind) {
-    Object* target = Get(slot);
-    if (!target) return;
-    if (!target->attributes || !target->attributes->Remove(kind)) {
-        ReportError("no " + std::string(TypeWord(kind)) + " is set here");
-        return;
+std::vector<Slot> Database::NetPath(Slot start, const std::vector<Slot>& includes) const {
+    std::vector<Slot> path;
+    size_t next = 0;
+    for (Slot s = start; s != kNoSlot && Get(s);) {
+        path.push_back(s);
+        const Object* include = next < includes.size() ? Get(includes[next]) : nullptr;
+        if (include && include->type == ContentKind::Include &&
+            static_cast<const Link*>(include)->target == s) {
+            s = include->owner;
+            ++next;
+        } else {
+            s = Get(s)->owner;
+        }
     }
-    if (target->attributes->options.empty()) target->attributes.reset();
-    if (target->kind == ObjectKind::Segment && kind == ContentKind::Heuristics)
-        UpdateStaticModel(target->slot);
+    return path;
 }
 
-const OptionList* Database::ShowOptions(Slot slot, ContentKind kind) const {
-    const Object* target = Get(slot);
-    return target && target->attributes ? target->attributes->Find(kind) : nullptr;
+std::vector<const Attribute*> Database::NetChain(const std::vector<Slot>& path,
+                                                 ContentKind kind) const {
+    std::vector<const Attribute*> chain;
+    for (Slot s : path)
+        if (const Attribute* attribute = LocalAttribute(s, kind)) chain.push_back(attribute);
+    return chain;
 }
 
 // --- Contents ------------------------------------------------------------------------------------
@@ -830,17 +867,16 @@ bool Database::VisitContents(const Segment& segment, const Filter& filter, Visit
     if (filter.HasAnyGeometry() &&
         !walk(segment.geometry, [&filter](const Object& o) { return filter.Has(o.type); }))
         return false;
-    if (filter.Has(ContentKind::NamedStyleDefinition) && !segment.NamedStyles().empty() &&
-        !visit(Found{segment.slot, ContentKind::NamedStyleDefinition}))
-        return false;
+    for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k) {
+        auto kind = ContentKind(k);
+        if (filter.Has(kind) && !segment.DefinitionsOf(kind).empty() &&
+            !visit(Found{segment.slot, kind}))
+            return false;
+    }
     if (filter.HasAnyAttribute() && segment.attributes) {
-        for (size_t k = static_cast<size_t>(kFirstAttribute);
-             k <= static_cast<size_t>(kLastAttribute); ++k) {
-            auto kind = static_cast<ContentKind>(k);
-            if (filter.Has(kind) && segment.attributes->Find(kind) &&
-                !visit(Found{segment.slot, kind}))
+        for (const Attribute& attribute : segment.attributes->Items())
+            if (filter.Has(attribute.kind) && !visit(Found{segment.slot, attribute.kind}))
                 return false;
-        }
     }
     return true;
 }
@@ -885,14 +921,18 @@ int Database::Count(Slot slot, const Filter& filter) const {
     if (!object) return 0;
     int count = 0;
     if (object->kind == ObjectKind::Segment) {
-        VisitContents(*static_cast<const Segment*>(object), filter, [&](Found) {
-            ++count;
+        const auto& segment = *static_cast<const Segment*>(object);
+        // Definitions are listed once per kind but counted one by one.
+        VisitContents(segment, filter, [&](Found found) {
+            count += IsDefinition(found.type) ? int(segment.DefinitionsOf(found.type).size()) : 1;
             return !filter.FirstMatch();
         });
     } else if (object->attributes) {
-        for (const auto& entry : object->attributes->options)
-            if (filter.Has(entry.first)) ++count;
+        for (const Attribute& attribute : object->attributes->Items())
+            if (filter.Has(attribute.kind)) ++count;
     }
+    if (object->kind == ObjectKind::Geometry)
+        count += CountDetails(*static_cast<const Geometry*>(object), filter);
     return count;
 }
 
@@ -940,25 +980,6 @@ void Database::EndContentsSearch() {
         return;
     }
     m_searches.pop_back();
-}
-
-void Database::BeginNamedStyleSearch() {
-    m_namedStyleSearch.clear();
-    m_namedStyleNext = 0;
-    if (const Segment* segment = GetSegment(CurrentSegment()))
-        for (const NamedStyleDefinition& definition : segment->NamedStyles())
-            m_namedStyleSearch.push_back(definition.name);
-}
-
-bool Database::FindNamedStyle(std::string& name) {
-    if (m_namedStyleNext >= m_namedStyleSearch.size()) return false;
-    name = m_namedStyleSearch[m_namedStyleNext++];
-    return true;
-}
-
-void Database::EndNamedStyleSearch() {
-    m_namedStyleSearch.clear();
-    m_namedStyleNext = 0;
 }
 
 void Database::BeginOpenItemSearch() {

@@ -89,11 +89,23 @@ public:
     Slot AddLink(Slot owner, ContentKind type, Slot target, std::string_view condition,
                  std::string_view filter = {});
     Slot AddNamedStyle(Slot owner, std::string_view styleName, std::string_view condition);
-    void DefineNamedStyle(Slot segment, std::string_view name, Slot source);
-    void UnDefineNamedStyle(Slot segment, std::string_view name);
     // The source of a named style visible from a segment (its own definitions, then its
     // ancestors'), or kNoSlot.
     Slot FindNamedStyle(Slot segment, std::string_view name) const;
+
+    // --- Definitions (kinds from kFirstDefinition to kLastDefinition) ---------------------------
+    // Defines a name in a segment, replacing a definition of the same name (names are
+    // case-insensitive).
+    void Define(Slot segment, ContentKind kind, Definition definition);
+    bool UnDefine(Slot segment, ContentKind kind, std::string_view name);
+    // The definition of a name in a segment, or with inherited in the nearest ancestor that
+    // has one; null when there is none.
+    const Definition* FindDefinition(Slot segment, ContentKind kind, std::string_view name,
+                                     bool inherited) const;
+    // Lists the names a segment defines, one kind at a time (one search per kind at once).
+    void BeginNameSearch(ContentKind kind, std::vector<std::string> names);
+    bool FindName(ContentKind kind, std::string& name);
+    void EndNameSearch(ContentKind kind);
     void SetLinkTarget(Slot link, Slot target);
     // The target of a link, kNoSlot when it has none or the target is gone.
     Slot LinkTarget(const Link& link) const;
@@ -102,11 +114,24 @@ public:
     Geometry* AddGeometry(Slot owner, ContentKind type);
 
     // --- Attributes -------------------------------------------------------------------------
-    // Option-string attributes of a segment or geometry item. Setting merges option by option;
-    // ShowOptions gives null when the attribute is not set.
-    void SetOptions(Slot target, ContentKind kind, std::string_view options);
-    void UnSetOptions(Slot target, ContentKind kind);
-    const OptionList* ShowOptions(Slot target, ContentKind kind) const;
+    // The attribute set locally on an object, or null.
+    const Attribute* LocalAttribute(Slot target, ContentKind kind) const;
+    // The attribute of a live object, made empty when missing; call AttributeChanged after
+    // changing it.
+    Attribute& ObtainAttribute(Slot target, ContentKind kind);
+    bool RemoveAttribute(Slot target, ContentKind kind);
+    void AttributeChanged(Slot target, ContentKind kind);
+    // Sets a text attribute: an option string merges into what is set, reporting a text that
+    // does not parse; any other text replaces the value.
+    void SetText(Slot target, ContentKind kind, std::string_view text);
+    // The objects whose attributes make a net value, nearest first: start (a segment or
+    // geometry item) and its owners; where the walk reaches the target of the next include of
+    // includes, it goes on from that include's owner.
+    std::vector<Slot> NetPath(Slot start, const std::vector<Slot>& includes) const;
+    // The attributes of one kind along a net path, nearest first.
+    std::vector<const Attribute*> NetChain(const std::vector<Slot>& path, ContentKind kind) const;
+    // The database's own options (HC_Define_System_Options), not a segment's.
+    OptionList& SystemOptions() { return m_systemOptions; }
 
     // --- Contents ---------------------------------------------------------------------------
     // The items of one segment that pass the filter, in contents order (scope "."), or of the
@@ -120,10 +145,6 @@ public:
     bool FindContents(std::string& type, HC_KEY& key);
     int ContentsCount() const;
     void EndContentsSearch();
-
-    void BeginNamedStyleSearch();
-    bool FindNamedStyle(std::string& name);
-    void EndNamedStyleSearch();
 
     void BeginOpenItemSearch();
     bool FindOpenItem(HC_KEY& key, std::string& type);
@@ -183,8 +204,12 @@ private:
     };
     std::vector<OpenItem> m_open;
     std::vector<Search> m_searches;
-    std::vector<std::string> m_namedStyleSearch;
-    size_t m_namedStyleNext = 0;
+    struct NameSearch {
+        std::vector<std::string> names;
+        size_t next = 0;
+    };
+    NameSearch m_nameSearches[kContentKindCount];
+    OptionList m_systemOptions;
     std::vector<Slot> m_openItemSearch;
     size_t m_openItemNext = 0;
 };

@@ -10,10 +10,19 @@ namespace hc {
 // The metafile text format (docs/formats.md): the contents of one segment as nested
 // parenthesised elements, e.g. (Segment "walls" (Color "faces=red") (Shell ...)).
 
+// What a metafile is written with: "follow cross-references" also saves the segments that the
+// saved one includes from outside itself; "save state = textures" saves texture definitions.
+struct MetafileOptions {
+    bool followCrossReferences = false;
+    bool saveTextures = false;
+
+    static MetafileOptions Parse(std::string_view text);
+};
+
 // Everything the segment holds, below it too, as metafile text.
-std::string MetafileText(const Database& db, Slot segment);
-// Loads metafile text into a segment. On a syntax error nothing is loaded and the error names
-// the line; returns whether the text was loaded.
+std::string MetafileText(const Database& db, Slot segment, MetafileOptions options = {});
+// Loads metafile text into a segment. A text with a mistake loads nothing; the error names its
+// line and column. Returns whether the text was loaded.
 bool LoadMetafileText(Database& db, std::string_view text, Slot segment, std::string& error);
 
 // The files behind HC_Write_Metafile and HC_Read_Metafile; failures are reported, not thrown.

@@ -2,14 +2,15 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <obsidra/hc.h>
 
+#include "hc/attribute.h"
 #include "hc/content_kind.h"
-#include "hc/option_string.h"
 
 namespace hc {
 
@@ -32,15 +33,6 @@ struct ChildList {
     uint32_t count = 0;
 };
 
-// Attributes set locally on a segment or geometry item, stored sparsely.
-struct Attributes {
-    std::vector<std::pair<ContentKind, OptionList>> options;
-
-    OptionList* Find(ContentKind kind);
-    const OptionList* Find(ContentKind kind) const;
-    bool Remove(ContentKind kind);
-};
-
 // The objects carry no virtual table (a million segments would pay for it): ObjectDeleter
 // destroys each as its own kind.
 struct Object {
@@ -53,29 +45,39 @@ struct Object {
     Slot owner = kNoSlot;
     Slot prev = kNoSlot;
     Slot next = kNoSlot;
-    std::unique_ptr<Attributes> attributes;
+    std::unique_ptr<AttributeSet> attributes;
 };
 
-struct NamedStyleDefinition {
+// A named definition held by a segment: a texture, glyph, line style, named style, shader or
+// font.
+struct Definition {
     std::string name;
-    Slot source = kNoSlot;
+    std::string text;       // the definition; a shader's options; a glyph's bytes
+    std::string source;     // a shader's source
+    Slot segment = kNoSlot; // a named style's source segment
 };
 
-// Definitions a segment holds; few segments have any, so they live apart.
+// Definitions a segment holds, by kind; few segments have any, so they live apart.
 struct Definitions {
-    std::vector<NamedStyleDefinition> namedStyles;
+    std::vector<Definition>
+        lists[static_cast<size_t>(kLastDefinition) - static_cast<size_t>(kFirstDefinition) + 1];
+
+    std::vector<Definition>& Of(ContentKind kind) {
+        return lists[static_cast<size_t>(kind) - static_cast<size_t>(kFirstDefinition)];
+    }
 };
 
 struct Segment : Object {
     Segment() : Object(ObjectKind::Segment, ContentKind::Segment) {}
 
-    const std::vector<NamedStyleDefinition>& NamedStyles() const {
-        static const std::vector<NamedStyleDefinition> kNone;
-        return definitions ? definitions->namedStyles : kNone;
+    // The definitions of one kind (an IsDefinition kind).
+    const std::vector<Definition>& DefinitionsOf(ContentKind kind) const {
+        static const std::vector<Definition> kNone;
+        return definitions ? definitions->Of(kind) : kNone;
     }
-    std::vector<NamedStyleDefinition>& MutableNamedStyles() {
+    std::vector<Definition>& MutableDefinitionsOf(ContentKind kind) {
         if (!definitions) definitions = std::make_unique<Definitions>();
-        return definitions->namedStyles;
+        return definitions->Of(kind);
     }
 
     std::string name; // empty for a nameless segment
@@ -86,12 +88,25 @@ struct Segment : Object {
     std::unique_ptr<Definitions> definitions;
 };
 
+// A shell's face regions, face colours, edge visibilities, vertex normals and levels of detail.
+// Each list is empty until something of its kind is set, then holds one entry per face, edge
+// (docs/formats.md) or point; few shells have any, so they live apart.
+struct ShellDetails {
+    std::vector<int> regions;
+    std::vector<std::optional<HC_POINT>> faceColors;
+    std::vector<int8_t> edgeVisibilities; // -1 not set, 0 off, 1 on
+    std::vector<std::optional<HC_VECTOR>> vertexNormals;
+    std::vector<std::string> lodTypes; // by level; empty: not set
+};
+
 // What only some geometry items have: a text (text strings, image formats, options), further
-// numbers (radii, knots, weights, angles), references attached while the item was open.
+// numbers (radii, knots, weights, angles), references attached while the item was open, a
+// shell's details.
 struct GeometryExtras {
     std::string text;
     std::vector<float> values;
     std::vector<Slot> references;
+    std::unique_ptr<ShellDetails> shell;
 };
 
 // Geometry data in one shape for every kind: points, integers (face lists, counts) and, rarely

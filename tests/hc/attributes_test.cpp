@@ -53,8 +53,8 @@ TEST_F(Attributes, TheSixOptionAttributesAreIndependent) {
     HC_Set_Selectability("faces=on");
     HC_Set_User_Options("owner=Ann");
     EXPECT_EQ(Types(".", "attributes"),
-              (std::vector<std::string>{"color", "visibility", "heuristics", "rendering options",
-                                        "selectability", "user options"}));
+              (std::vector<std::string>{"color", "visibility", "selectability", "rendering options",
+                                        "user options", "heuristics"}));
     char text[HC_TEXT_MAX];
     HC_Show_User_Options(text);
     EXPECT_STREQ(text, "owner=Ann");

@@ -84,14 +84,25 @@ TEST_F(Metafiles, BrokenFilesLoadNothingAndSayWhere) {
         const char* text;
         const char* error;
     } const rows[] = {
-        {"(Segment \"a\"\n(Shell", "line 2: (Shell is not closed"},
-        {"(Segment \"a\"))", "line 1: \")\" closes nothing"},
-        {"(Segment \"a\n", "line 1: the string is not closed"},
-        {"\n\n(Gizmo 1)", "line 3: unknown element \"Gizmo\""},
-        {"(Shell (Points 1 2))", "line 1: points need three coordinates each"},
-        {"(Marker (Points 1 2 x))", "line 1: \"x\" is not a number"},
-        {"( Segment)", "line 1: an element name must follow \"(\""},
-        {"stray", "line 1: a value outside any element"},
+        {"(Segment \"a\"\n(Shell", "line 2, column 1: (Shell is not closed"},
+        {"(Segment \"a\"))", "line 1, column 14: \")\" closes nothing"},
+        {"(Segment \"a\n", "line 1, column 10: the string is not closed"},
+        {"\n\n(Gizmo 1)", "line 3, column 1: unknown element \"Gizmo\""},
+        {"(Shell (Points 1 2))", "line 1, column 8: points need three coordinates each"},
+        {"(Marker (Points 1 2 x))", "line 1, column 21: \"x\" is not a number"},
+        {"( 1 2 3)", "line 1, column 1: a bare ( ... ) belongs only in a (Camera"},
+        {"stray", "line 1, column 1: a value outside any element"},
+        {"(Segment \"a/b\")", "line 1, column 1: \"a/b\" cannot be a segment name"},
+        {"(Shell (Segment \"x\"))", "line 1, column 8: (Segment does not belong in (Shell"},
+        {"(Points 1 2 3)", "line 1, column 1: (Points does not belong at the top"},
+        {"(Modelling_Matrix 1 2 3)",
+         "line 1, column 1: (Modelling_Matrix takes a number, a number, a number, a number, a "
+         "number, a number, a number, a number, a number, a number, a number, a number, a number, "
+         "a number, a number, a number"},
+        {"(Camera (0 0 1) (0 0 0) (0 1) 2 2 \"orthographic\")",
+         "line 1, column 25: a point takes three numbers"},
+        {"(Segment \"a\" (Include 5 \"\"))",
+         "line 1, column 23: (Include takes a string, a string (the last may be left out)"},
     };
     hc::Database& db = hc::Current();
     for (const auto& row : rows) {

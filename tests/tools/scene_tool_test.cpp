@@ -54,7 +54,8 @@ TEST(SceneTool, BadFilesAndArgumentsGiveAnErrorNotACrash) {
     Outcome broken = Tool(obsidra::tools::TreeCommand, {file.string()});
     std::filesystem::remove(file);
     EXPECT_EQ(broken.code, 1);
-    EXPECT_NE(broken.err.find(": line 2: points need three coordinates each"), std::string::npos)
+    EXPECT_NE(broken.err.find(": line 2, column 10: points need three coordinates each"),
+              std::string::npos)
         << broken.err;
     EXPECT_EQ(Tool(obsidra::tools::TreeCommand, {"/no/such.hmf"}).code, 1);
     EXPECT_EQ(Tool(obsidra::tools::TreeCommand, {}).code, 2);

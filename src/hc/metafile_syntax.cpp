@@ -1,0 +1,69 @@
+#include "hc/metafile_syntax.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "hc/text.h"
+
+namespace hc::metafile {
+
+std::string ElementName(ContentKind kind) {
+    std::string name(TypeWord(kind));
+    bool start = true;
+    for (char& c : name) {
+        if (c == ' ') {
+            c = '_';
+            start = true;
+        } else if (start) {
+            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+            start = false;
+        }
+    }
+    return name;
+}
+
+bool KindOfElement(std::string_view element, ContentKind& kind) {
+    for (size_t i = 0; i < kContentKindCount; ++i) {
+        auto candidate = static_cast<ContentKind>(i);
+        if (EqualsIgnoreCase(ElementName(candidate), element)) {
+            kind = candidate;
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string Quoted(std::string_view text) {
+    std::string out = "\"";
+    for (char c : text) {
+        auto byte = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            out += '\\';
+            out += c;
+        } else if (c == '\n') {
+            out += "\\n";
+        } else if (c == '\t') {
+            out += "\\t";
+        } else if (c == '\r') {
+            out += "\\r";
+        } else if (byte < 0x20 || byte == 0x7f) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\x%02X", byte);
+            out += escape;
+        } else {
+            out += c;
+        }
+    }
+    return out + '"';
+}
+
+std::string Number(float value) {
+    char buffer[32];
+    for (int precision = 6; precision <= 9; ++precision) {
+        std::snprintf(buffer, sizeof buffer, "%.*g", precision, static_cast<double>(value));
+        if (std::strtof(buffer, nullptr) == value) break;
+    }
+    return buffer;
+}
+
+} // namespace hc::metafile
