@@ -9,6 +9,9 @@
 
 #include <obsidra/hc.h>
 
+#include "hc/database.h"
+#include "hc/metafile.h"
+
 namespace {
 
 const HC_POINT kTriangle[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
@@ -169,5 +172,39 @@ void BM_SubtreeWalkOfMillionSegments(benchmark::State& state) {
     HC_Reset_System();
 }
 BENCHMARK(BM_SubtreeWalkOfMillionSegments)->Unit(benchmark::kMillisecond);
+
+// Writing and reading back a million segments with a shell each, as text in memory, so that the
+// disk is not measured.
+void BM_MetafileWriteMillionSegments(benchmark::State& state) {
+    HC_Reset_System();
+    BuildFlat(1000000);
+    hc::Database& db = hc::Current();
+    size_t bytes = 0;
+    for (auto _ : state) {
+        std::string text = hc::MetafileText(db, db.Root());
+        bytes = text.size();
+        benchmark::DoNotOptimize(text.data());
+    }
+    state.counters["megabytes"] = static_cast<double>(bytes) / 1e6;
+    HC_Reset_System();
+}
+BENCHMARK(BM_MetafileWriteMillionSegments)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+void BM_MetafileReadMillionSegments(benchmark::State& state) {
+    HC_Reset_System();
+    BuildFlat(1000000);
+    hc::Database& db = hc::Current();
+    std::string text = hc::MetafileText(db, db.Root());
+    for (auto _ : state) {
+        state.PauseTiming();
+        HC_Reset_System();
+        state.ResumeTiming();
+        std::string error;
+        if (!hc::LoadMetafileText(db, text, db.Root(), error)) state.SkipWithError(error.c_str());
+    }
+    if (db.LiveObjects() != 2000002) state.SkipWithError("wrong object count");
+    HC_Reset_System();
+}
+BENCHMARK(BM_MetafileReadMillionSegments)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 } // namespace

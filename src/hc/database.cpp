@@ -173,6 +173,7 @@ Slot Database::Adopt(ObjectPtr object, Slot owner) {
     ++m_live;
     Object* ownerObject = Get(owner);
     if (!ownerObject) return slot;
+    PlacementChanged(slot);
     if (ownerObject->kind == ObjectKind::Geometry) {
         static_cast<Geometry*>(ownerObject)->Extras().references.push_back(slot);
     } else if (adopted.kind == ObjectKind::StaticModel) {
@@ -224,6 +225,7 @@ void Database::Detach(Slot slot) {
     Object* object = Get(slot);
     Object* owner = object ? Get(object->owner) : nullptr;
     if (!owner) return;
+    PlacementChanged(slot);
     if (owner->kind == ObjectKind::Geometry) {
         auto& refs = static_cast<Geometry*>(owner)->Extras().references;
         refs.erase(std::remove(refs.begin(), refs.end(), slot), refs.end());
@@ -527,6 +529,7 @@ void Database::Reparent(Slot slot, Slot owner, std::string name) {
     Detach(slot);
     object.owner = owner;
     Append(ListFor(*GetSegment(owner), object), slot);
+    PlacementChanged(slot);
     if (object.kind == ObjectKind::Segment) {
         static_cast<Segment&>(object).name = std::move(name);
         const std::string& newName = static_cast<Segment&>(object).name;
@@ -585,6 +588,7 @@ void Database::CopyInto(Slot source, Slot destination) {
                     mine.options.Merge(attribute.options);
                 else
                     mine = attribute;
+                AttributeChanged(to, attribute.kind);
             }
         }
         for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k)
@@ -654,6 +658,7 @@ void Database::FlushSegment(Slot slot, const Filter& filter) {
         if (segment.attributes->Empty()) segment.attributes.reset();
     }
     UpdateStaticModel(slot);
+    if (filter.Has(ContentKind::ModellingMatrix)) PlacementChanged(slot);
 }
 
 void Database::UpdateStaticModel(Slot slot) {
@@ -698,6 +703,7 @@ void Database::SetLinkTarget(Slot slot, Slot target) {
     auto* link = static_cast<Link*>(object);
     link->target = target;
     NoteIncoming(target, slot);
+    PlacementChanged(slot);
 }
 
 Slot Database::AddNamedStyle(Slot owner, std::string_view styleName, std::string_view condition) {
@@ -800,6 +806,7 @@ bool Database::RemoveAttribute(Slot slot, ContentKind kind) {
 
 void Database::AttributeChanged(Slot slot, ContentKind kind) {
     if (kind == ContentKind::Heuristics && GetSegment(slot)) UpdateStaticModel(slot);
+    if (kind == ContentKind::ModellingMatrix) PlacementChanged(slot);
 }
 
 void Database::SetText(Slot slot, ContentKind kind, std::string_view text) {

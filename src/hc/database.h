@@ -133,6 +133,18 @@ public:
     // The database's own options (HC_Define_System_Options), not a segment's.
     OptionList& SystemOptions() { return m_systemOptions; }
 
+    // --- Bounds -----------------------------------------------------------------------------
+    // A segment's bounds in its own coordinates: its geometry, its subsegments, included and
+    // referenced segments and items, each through its own modelling matrix. Cached per segment
+    // and computed again only for what changed.
+    Box SegmentBounds(Slot segment);
+    // The bounds of any object: a segment's as above, an item's in its own coordinates, a
+    // reference's target as placed.
+    Box ObjectBounds(Slot slot);
+    // Call when an object's placement in its owner changed: it was added, removed, edited, or
+    // given another modelling matrix.
+    void PlacementChanged(Slot slot);
+
     // --- Contents ---------------------------------------------------------------------------
     // The items of one segment that pass the filter, in contents order (scope "."), or of the
     // segment and all below it (subtree), also through includes (throughIncludes).
@@ -177,6 +189,12 @@ private:
     void Detach(Slot slot); // from its owner's list and the name index
     void Reparent(Slot slot, Slot owner, std::string name);
     void NoteIncoming(Slot target, Slot link);
+    // The segments whose bounds use an object's placed bounds: its owner, the owners of links
+    // to it.
+    void PushUsers(Slot slot, std::vector<Slot>& segments) const;
+    void MarkStale(std::vector<Slot> segments);
+    // An object's bounds as placed in its owner: through its own modelling matrix.
+    Box PlacedBounds(Slot slot);
     void Destroy(Slot slot);
     Slot MakeSegment(Slot owner, std::string_view name);
     Slot ChildByLevel(Slot segment, std::string_view level) const;

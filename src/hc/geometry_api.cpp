@@ -89,8 +89,9 @@ bool CheckNurbsCounts(int degree, int count) {
 // Stored caps, reported when caps name none.
 bool Caps(const char* caps, std::string& word) {
     word = CapsWord(Text(caps));
-    if (word.empty()) ReportError("caps must be none, first, second or both, not \"" +
-                                  std::string(Text(caps)) + "\"");
+    if (word.empty())
+        ReportError("caps must be none, first, second or both, not \"" + std::string(Text(caps)) +
+                    "\"");
     return !word.empty();
 }
 
@@ -147,8 +148,9 @@ HC_KEY HC_Insert_Shell(int pointCount, const HC_POINT* points, int faceListLengt
         ReportError(problem);
         return 0;
     }
-    return Insert(ContentKind::Shell, {.points = std::vector<HC_POINT>(points, points + pointCount),
-                                       .ints = std::vector<int>(faceList, faceList + faceListLength)});
+    return Insert(ContentKind::Shell,
+                  {.points = std::vector<HC_POINT>(points, points + pointCount),
+                   .ints = std::vector<int>(faceList, faceList + faceListLength)});
 }
 
 HC_KEY HC_Insert_Polyline(int count, const HC_POINT* points) {
@@ -241,8 +243,7 @@ HC_KEY HC_Insert_Cutting_Plane(double a, double b, double c, double d) {
 }
 
 HC_KEY HC_Insert_NURBS_Curve(int degree, int controlPointCount, const HC_POINT* controlPoints,
-                             const float* weights, const float* knots, double startU,
-                             double endU) {
+                             const float* weights, const float* knots, double startU, double endU) {
     HC_API(HC_Insert_NURBS_Curve);
     if (!CheckArray(controlPointCount, controlPoints, "control points") ||
         !CheckNurbsCounts(degree, controlPointCount))
@@ -253,10 +254,10 @@ HC_KEY HC_Insert_NURBS_Curve(int degree, int controlPointCount, const HC_POINT* 
         return 0;
     values.push_back(static_cast<float>(startU));
     values.push_back(static_cast<float>(endU));
-    return Insert(ContentKind::NurbsCurve,
-                  {.points = std::vector<HC_POINT>(controlPoints, controlPoints + controlPointCount),
-                   .ints = {degree},
-                   .values = std::move(values)});
+    return Insert(ContentKind::NurbsCurve, {.points = std::vector<HC_POINT>(
+                                                controlPoints, controlPoints + controlPointCount),
+                                            .ints = {degree},
+                                            .values = std::move(values)});
 }
 
 HC_KEY HC_Insert_NURBS_Surface(int uDegree, int vDegree, int uCount, int vCount,
@@ -296,8 +297,7 @@ HC_KEY HC_Insert_Local_Light(double x, double y, double z) {
     return Insert(ContentKind::LocalLight, {.points = {Point(x, y, z)}});
 }
 
-HC_KEY HC_Insert_Spot_Light(const HC_POINT* position, const HC_POINT* target,
-                            const char* options) {
+HC_KEY HC_Insert_Spot_Light(const HC_POINT* position, const HC_POINT* target, const char* options) {
     HC_API(HC_Insert_Spot_Light);
     if (!Given({position, target})) return 0;
     if (IsZero(ToVec(*target) - ToVec(*position))) {
@@ -354,8 +354,8 @@ HC_KEY HC_Insert_Mesh(int rows, int columns, const HC_POINT* points) {
         return 0;
     }
     if (!CheckArray(count, points, "points")) return 0;
-    return Insert(ContentKind::Mesh,
-                  {.points = std::vector<HC_POINT>(points, points + count), .ints = {rows, columns}});
+    return Insert(ContentKind::Mesh, {.points = std::vector<HC_POINT>(points, points + count),
+                                      .ints = {rows, columns}});
 }
 
 HC_KEY HC_Insert_Cylinder(const HC_POINT* first, const HC_POINT* second, double radius,
@@ -547,9 +547,11 @@ void HC_Show_Circle_By_Radius(HC_KEY key, HC_POINT* center, float* radius, HC_VE
     Geometry* circle = GeometryOf(key, ContentKind::Circle);
     CircleFrame frame;
     // Points on one line make no circle: it shows as its first point with no radius or normal.
-    if (!circle || !CircleThrough(PointAt(circle, 0), PointAt(circle, 1), PointAt(circle, 2),
-                                  frame))
-        frame = {.center = ToVec(PointAt(circle, 0))};
+    if (!circle ||
+        !CircleThrough(PointAt(circle, 0), PointAt(circle, 1), PointAt(circle, 2), frame)) {
+        frame = CircleFrame();
+        frame.center = ToVec(PointAt(circle, 0));
+    }
     Put(center, ToPoint(frame.center));
     Put(radius, static_cast<float>(frame.radius));
     Put(normal, ToPoint(frame.normal));
@@ -613,8 +615,7 @@ void HC_Show_NURBS_Curve(HC_KEY key, int* degree, int* controlPointCount, HC_POI
     CopyArray(curve->Values(), n, knotCount, knots);
 }
 
-void HC_Show_NURBS_Surface_Size(HC_KEY key, int* uDegree, int* vDegree, int* uCount,
-                                int* vCount) {
+void HC_Show_NURBS_Surface_Size(HC_KEY key, int* uDegree, int* vDegree, int* uCount, int* vCount) {
     HC_API(HC_Show_NURBS_Surface_Size);
     Geometry* surface = GeometryOf(key, ContentKind::NurbsSurface);
     Put(uDegree, IntAt(surface, 0)), Put(vDegree, IntAt(surface, 1));

@@ -14,10 +14,10 @@ namespace hc::api {
 
 // The data of a new item or of one that an edit replaces whole.
 struct ItemData {
-    std::vector<HC_POINT> points;
-    std::vector<int> ints;
-    std::vector<float> values;
-    std::string text;
+    std::vector<HC_POINT> points = {};
+    std::vector<int> ints = {};
+    std::vector<float> values = {};
+    std::string text = {};
 };
 
 // Gives an item new data; its attached references and attributes stay.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "hc/box.h"
 #include "hc/geometry_data.h"
 
 namespace hc {
@@ -12,39 +13,25 @@ namespace {
 
 constexpr double kTurn = 2 * std::numbers::pi;
 
-class Box {
-public:
-    void Add(const Vec& p) {
-        if (!std::isfinite(p.x) || !std::isfinite(p.y) || !std::isfinite(p.z)) return;
-        if (m_empty) {
-            m_min = m_max = p;
-            m_empty = false;
-            return;
-        }
-        m_min = {std::min(m_min.x, p.x), std::min(m_min.y, p.y), std::min(m_min.z, p.z)};
-        m_max = {std::max(m_max.x, p.x), std::max(m_max.y, p.y), std::max(m_max.z, p.z)};
-    }
-    void Add(const HC_POINT& p) { Add(ToVec(p)); }
-    // The box of p with extent on either side along each axis.
-    void Add(const Vec& p, const Vec& extent) {
-        Add(p - extent);
-        Add(p + extent);
-    }
-    void AddAll(const std::vector<HC_POINT>& points) {
-        for (const HC_POINT& p : points)
-            Add(p);
-    }
-    bool Get(HC_POINT& min, HC_POINT& max) const {
-        if (m_empty) return false;
-        min = ToPoint(m_min);
-        max = ToPoint(m_max);
-        return true;
-    }
+// Points that are not finite numbers are left out.
+void Add(Box& box, const Vec& p) {
+    if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) box.Add(ToPoint(p));
+}
 
-private:
-    bool m_empty = true;
-    Vec m_min, m_max;
-};
+void Add(Box& box, const HC_POINT& p) {
+    Add(box, ToVec(p));
+}
+
+// The box of p with extent on either side along each axis.
+void Add(Box& box, const Vec& p, const Vec& extent) {
+    Add(box, p - extent);
+    Add(box, p + extent);
+}
+
+void AddAll(Box& box, const std::vector<HC_POINT>& points) {
+    for (const HC_POINT& p : points)
+        Add(box, p);
+}
 
 // How far a disc of that radius about a unit axis reaches along each coordinate axis.
 Vec DiscExtent(const Vec& axis, double radius) {
@@ -57,28 +44,28 @@ Vec DiscExtent(const Vec& axis, double radius) {
 void AddConicArc(Box& box, const Vec& center, const Vec& a, const Vec& b, double from,
                  double sweep) {
     auto at = [&](double t) { return center + a * std::cos(t) + b * std::sin(t); };
-    box.Add(at(from));
-    box.Add(at(from + sweep));
+    Add(box, at(from));
+    Add(box, at(from + sweep));
     for (int axis = 0; axis < 3; ++axis) {
         double extreme = std::atan2(Component(b, axis), Component(a, axis));
         for (double t : {extreme, extreme + std::numbers::pi}) {
             double along = std::fmod(t - from, kTurn);
             if (along < 0) along += kTurn;
-            if (along <= sweep) box.Add(at(from + along));
+            if (along <= sweep) Add(box, at(from + along));
         }
     }
 }
 
 // A circle, arc, chord or wedge by its three points; points on one line stand for themselves.
 void AddCircular(Box& box, const Geometry& item) {
-    box.AddAll(item.points);
+    AddAll(box, item.points);
     CircleFrame frame;
     if (item.points.size() != 3 ||
         !CircleThrough(item.points[0], item.points[1], item.points[2], frame))
         return;
     double sweep = item.type == ContentKind::Circle ? kTurn : frame.sweep;
     AddConicArc(box, frame.center, frame.u * frame.radius, frame.v * frame.radius, 0, sweep);
-    if (item.type == ContentKind::CircularWedge) box.Add(frame.center);
+    if (item.type == ContentKind::CircularWedge) Add(box, frame.center);
 }
 
 void AddElliptical(Box& box, const Geometry& item) {
@@ -104,12 +91,12 @@ void AddTube(Box& box, const HC_POINT& a, double radiusA, const HC_POINT& b, dou
     double length = Length(axis);
     if (!(length > 0)) {
         double r = std::max(radiusA, radiusB);
-        box.Add(ToVec(a), {r, r, r});
+        Add(box, ToVec(a), {r, r, r});
         return;
     }
     axis = axis * (1 / length);
-    box.Add(ToVec(a), DiscExtent(axis, radiusA));
-    box.Add(ToVec(b), DiscExtent(axis, radiusB));
+    Add(box, ToVec(a), DiscExtent(axis, radiusA));
+    Add(box, ToVec(b), DiscExtent(axis, radiusB));
 }
 
 void AddPolyCylinder(Box& box, const Geometry& item) {
@@ -134,16 +121,16 @@ bool AddGrid(Box& box, const Geometry& item) {
         double radius = Length(step1) * count1;
         double n = Length(normal);
         if (!(n > 0)) {
-            box.Add(origin, {radius, radius, radius});
+            Add(box, origin, {radius, radius, radius});
             return true;
         }
-        box.Add(origin, DiscExtent(normal * (1 / n), radius));
+        Add(box, origin, DiscExtent(normal * (1 / n), radius));
         return true;
     }
     if (count1 <= 0 || count2 <= 0) return false;
     for (double s : {0.0, double(count1)})
         for (double t : {0.0, double(count2)})
-            box.Add(origin + step1 * s + step2 * t);
+            Add(box, origin + step1 * s + step2 * t);
     return true;
 }
 
@@ -173,7 +160,7 @@ bool LocalBounds(const Geometry& item, HC_POINT& min, HC_POINT& max) {
         HC_POINT center;
         float radius;
         if (!LocalSphere(item, center, radius)) return false;
-        box.Add(ToVec(center), {radius, radius, radius});
+        Add(box, ToVec(center), {radius, radius, radius});
         break;
     }
     case ContentKind::Cylinder:
@@ -189,14 +176,17 @@ bool LocalBounds(const Geometry& item, HC_POINT& min, HC_POINT& max) {
     case ContentKind::Text:
     case ContentKind::Image:
         // The position: their extent is measured on the screen, not in the scene.
-        if (!item.points.empty()) box.Add(item.points[0]);
+        if (!item.points.empty()) Add(box, item.points[0]);
         break;
     default:
         // Shells, meshes, polylines, polygons, lines, markers and NURBS control points.
-        box.AddAll(item.points);
+        AddAll(box, item.points);
         break;
     }
-    return box.Get(min, max);
+    if (box.empty) return false;
+    min = box.min;
+    max = box.max;
+    return true;
 }
 
 bool LocalSphere(const Geometry& item, HC_POINT& center, float& radius) {

@@ -88,9 +88,9 @@ int EdgeCount(const std::vector<int>& faceList) {
 int TristripCount(const std::vector<int>& faceList) {
     std::vector<FaceLoop> loops = FaceLoops(faceList);
     int strips = 0;
-    int length = 0;        // triangles in the current strip
-    int lone[3] = {};      // the strip's triangle while it has one
-    int tail[2] = {};      // the strip's last edge once it has more
+    int length = 0;   // triangles in the current strip
+    int lone[3] = {}; // the strip's triangle while it has one
+    int tail[2] = {}; // the strip's last edge once it has more
     for (size_t i = 0; i < loops.size(); ++i) {
         if (loops[i].hole) continue;
         bool hasHoles = i + 1 < loops.size() && loops[i + 1].hole;
@@ -150,9 +150,8 @@ void TrimDetails(Geometry& shell) {
     clearUnless(details.vertexNormals, [](const auto& normal) { return normal.has_value(); });
     while (!details.lodTypes.empty() && details.lodTypes.back().empty())
         details.lodTypes.pop_back();
-    if (details.regions.empty() && details.faceColors.empty() &&
-        details.edgeVisibilities.empty() && details.vertexNormals.empty() &&
-        details.lodTypes.empty())
+    if (details.regions.empty() && details.faceColors.empty() && details.edgeVisibilities.empty() &&
+        details.vertexNormals.empty() && details.lodTypes.empty())
         shell.extras->shell.reset();
     if (shell.extras->text.empty() && shell.extras->values.empty() &&
         shell.extras->references.empty() && !shell.extras->shell)
@@ -293,7 +292,8 @@ bool IsWellFormed(const Geometry& item) {
                PixelSize(item.Text()) > 0 && ints == 2 + (ImageByteCount(item) + 3) / 4;
     case ContentKind::Mesh:
         return ints == 2 && item.ints[0] >= 2 && item.ints[1] >= 2 &&
-               static_cast<long long>(points) == static_cast<long long>(item.ints[0]) * item.ints[1];
+               static_cast<long long>(points) ==
+                   static_cast<long long>(item.ints[0]) * item.ints[1];
     case ContentKind::Cylinder:
         return points == 2 && values == 1 && CapsWord(item.Text()) == item.Text();
     case ContentKind::PolyCylinder:

@@ -21,6 +21,11 @@ ShellDetails* MutableDetails(Geometry& shell) {
     return shell.extras ? shell.extras->shell.get() : nullptr;
 }
 
+// Bounds that use the item are computed again when next asked for.
+void Edited(const Geometry& item) {
+    Current().PlacementChanged(item.slot);
+}
+
 enum class ShellPart { Faces, Edges, Points };
 
 size_t SizeOf(const Geometry& shell, ShellPart part) {
@@ -87,8 +92,13 @@ bool CheckSplice(size_t size, int offset, int deleteCount, int insertCount, cons
     if (!CheckRange(offset, deleteCount, size, what) || !CheckArray(insertCount, items, what))
         return false;
     long long after = static_cast<long long>(size) - deleteCount + insertCount;
-    if (after < minimum || after > INT_MAX) {
-        ReportError("the edit would leave " + std::to_string(after) + " " + what);
+    if (after < minimum) {
+        ReportError("at least " + std::to_string(minimum) + " " + what + " must remain, not " +
+                    std::to_string(after));
+        return false;
+    }
+    if (after > INT_MAX) {
+        ReportError("the edit would make too many " + what);
         return false;
     }
     return true;
@@ -97,11 +107,11 @@ bool CheckSplice(size_t size, int offset, int deleteCount, int insertCount, cons
 void EditPointArray(HC_KEY key, ContentKind type, int offset, int deleteCount, int insertCount,
                     const HC_POINT* points, int minimum) {
     Geometry* item = GeometryOf(key, type);
-    if (!item ||
-        !CheckSplice(item->points.size(), offset, deleteCount, insertCount, points, "points",
-                     minimum))
+    if (!item || !CheckSplice(item->points.size(), offset, deleteCount, insertCount, points,
+                              "points", minimum))
         return;
     Splice(item->points, offset, deleteCount, points, insertCount);
+    Edited(*item);
 }
 
 // The face list once points from goneFrom to goneTo are deleted and the points after them move
@@ -136,6 +146,7 @@ void EditThreePoints(HC_KEY key, ContentKind type, const HC_POINT* first, const 
     Geometry* item = GeometryOf(key, type);
     if (!item || !Given({first, second, third})) return;
     item->points = {*first, *second, *third};
+    Edited(*item);
 }
 
 } // namespace
@@ -177,15 +188,15 @@ void HC_MSet_Vertex_Normals(HC_KEY key, int offset, int count, const HC_VECTOR* 
 
 void HC_MSet_Edge_Visibilities(HC_KEY key, int offset, int count, const char* visible) {
     HC_API(HC_MSet_Edge_Visibilities);
-    SetShellEntries(key, &ShellDetails::edgeVisibilities, ShellPart::Edges, offset, count,
-                    visible, "visibilities", int8_t{-1},
+    SetShellEntries(key, &ShellDetails::edgeVisibilities, ShellPart::Edges, offset, count, visible,
+                    "visibilities", int8_t{-1},
                     [visible](int i) { return int8_t{visible[i] != 0}; });
 }
 
 void HC_MSet_Face_Colors_By_Value(HC_KEY key, int offset, int count, const HC_POINT* rgb) {
     HC_API(HC_MSet_Face_Colors_By_Value);
-    SetShellEntries(key, &ShellDetails::faceColors, ShellPart::Faces, offset, count, rgb,
-                    "colours", std::optional<HC_POINT>(),
+    SetShellEntries(key, &ShellDetails::faceColors, ShellPart::Faces, offset, count, rgb, "colours",
+                    std::optional<HC_POINT>(),
                     [rgb](int i) { return std::optional<HC_POINT>(rgb[i]); });
 }
 
@@ -219,6 +230,7 @@ void HC_Edit_Shell_Points(HC_KEY key, int offset, int deleteCount, int insertCou
         SpliceFill(details->vertexNormals, size_t(goneFrom), size_t(goneTo - goneFrom),
                    size_t(insertCount - replaced), std::optional<HC_VECTOR>());
     TrimDetails(*shell);
+    Edited(*shell);
 }
 
 void HC_Edit_Shell_Faces(HC_KEY key, int offset, int deleteCount, int insertListLength,
@@ -262,6 +274,7 @@ void HC_Edit_Shell_Faces(HC_KEY key, int offset, int deleteCount, int insertList
                    size_t(EdgeCount(inserted)), int8_t{-1});
     }
     TrimDetails(*shell);
+    Edited(*shell);
 }
 
 void HC_Edit_Polyline(HC_KEY key, int offset, int deleteCount, int insertCount,
@@ -287,8 +300,9 @@ void HC_Edit_Circle_By_Radius(HC_KEY key, const HC_POINT* center, double radius,
     HC_API(HC_Edit_Circle_By_Radius);
     Geometry* circle = GeometryOf(key, ContentKind::Circle);
     std::vector<HC_POINT> points;
-    if (circle && CircleByRadius(center, radius, normal, points))
-        circle->points = std::move(points);
+    if (!circle || !CircleByRadius(center, radius, normal, points)) return;
+    circle->points = std::move(points);
+    Edited(*circle);
 }
 
 void HC_Edit_Circular_Arc(HC_KEY key, const HC_POINT* first, const HC_POINT* second,
@@ -304,14 +318,16 @@ void HC_Edit_Elliptical_Arc(HC_KEY key, const HC_POINT* center, const HC_POINT* 
     if (!arc || !Given({center, major, minor})) return;
     Assign(*arc, {.points = {*center, *major, *minor},
                   .values = {static_cast<float>(start), static_cast<float>(end)}});
+    Edited(*arc);
 }
 
 void HC_Edit_Cutting_Plane(HC_KEY key, double a, double b, double c, double d) {
     HC_API(HC_Edit_Cutting_Plane);
     Geometry* plane = GeometryOf(key, ContentKind::CuttingPlane);
     if (!plane || !CheckPlane(a, b, c)) return;
-    Assign(*plane, {.values = {static_cast<float>(a), static_cast<float>(b),
-                               static_cast<float>(c), static_cast<float>(d)}});
+    Assign(*plane, {.values = {static_cast<float>(a), static_cast<float>(b), static_cast<float>(c),
+                               static_cast<float>(d)}});
+    Edited(*plane);
 }
 
 void HC_Edit_Mesh(HC_KEY key, int rowOffset, int columnOffset, int rowCount, int columnCount,
@@ -328,6 +344,7 @@ void HC_Edit_Mesh(HC_KEY key, int rowOffset, int columnOffset, int rowCount, int
         for (size_t c = 0; c < size_t(columnCount); ++c)
             mesh->points[(size_t(rowOffset) + r) * columns + size_t(columnOffset) + c] =
                 points[r * size_t(columnCount) + c];
+    Edited(*mesh);
 }
 
 void HC_Edit_Text(HC_KEY key, int row, int column, int deleteCount, const char* insert) {
@@ -348,6 +365,7 @@ void HC_Edit_Text(HC_KEY key, int row, int column, int deleteCount, const char* 
     std::string edited = text;
     edited.replace(size_t(column), size_t(deleteCount), insertion);
     item->Extras().text = std::move(edited);
+    Edited(*item);
 }
 
 } // extern "C"

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
@@ -394,6 +395,9 @@ public:
             auto [index, segment] = pending.back();
             pending.pop_back();
             const Node& node = m_nodes[index];
+            // Nameless segments are numbered in file order, as the writer numbered them.
+            if (IsElement(node, "Segment") && Value(node, 0).text.empty())
+                m_nameless.push_back(segment);
             // Subsegments are loaded after their parent's other contents, in file order.
             std::vector<std::pair<size_t, Slot>> children;
             for (size_t c : node.children) {
@@ -411,8 +415,9 @@ public:
             for (auto it = children.rbegin(); it != children.rend(); ++it)
                 pending.push_back(*it);
         }
-        for (const auto& [item, link] : m_itemTargets)
-            ResolveItemTarget(*item, link);
+        // Targets are found once everything is loaded: they may come later in the file.
+        for (const Deferred& d : m_deferred)
+            Resolve(d);
     }
 
 private:
@@ -495,7 +500,7 @@ private:
         }
         case ContentKind::ClipRegion:
             a.points = PointsOf(Child(node, "Points"));
-            a.text = Value(node, 1).text;
+            a.text = Value(node, 0).text;
             break;
         case ContentKind::EdgeWeight:
         case ContentKind::LineWeight:
@@ -532,12 +537,11 @@ private:
         Definition definition;
         definition.name = Value(node, 0).text;
         if (kind == ContentKind::NamedStyleDefinition) {
-            definition.segment = m_db.ResolvePathFrom(m_root, Value(node, 1).text, true);
-            if (definition.segment == kNoSlot) return;
-        } else {
-            definition.text = Value(node, 1).text;
-            definition.source = Value(node, 2).text;
+            m_deferred.push_back({&node, segment, kNoSlot});
+            return;
         }
+        definition.text = Value(node, 1).text;
+        definition.source = Value(node, 2).text;
         m_db.Define(segment, kind, std::move(definition));
     }
 
@@ -560,14 +564,12 @@ private:
         Slot link = kNoSlot;
         if (kind == ContentKind::NamedStyle) {
             link = m_db.AddNamedStyle(owner, Value(node, 0).text, Value(node, 1).text);
-        } else if (const Node* item = Child(node, "Item")) {
-            // Geometry targets may come later in the file: aimed at the root until all is loaded.
-            link = m_db.AddLink(owner, kind, m_root, Value(node, 0).text, Value(node, 1).text);
-            m_itemTargets.emplace_back(item, link);
         } else {
-            Slot target = m_db.ResolvePathFrom(m_root, Value(node, 0).text, true);
-            if (target == kNoSlot) return; // reported; the rest still loads
-            link = m_db.AddLink(owner, kind, target, Value(node, 1).text, Value(node, 2).text);
+            // Aimed at the root until the whole file is loaded.
+            size_t first = Child(node, "Item") ? 0 : 1;
+            link = m_db.AddLink(owner, kind, m_root, Value(node, first).text,
+                                Value(node, first + 1).text);
+            m_deferred.push_back({&node, segment, link});
         }
         LoadNested(node, link, segment);
     }
@@ -592,25 +594,69 @@ private:
         if (owner != kNoSlot) m_db.CloseSegment();
     }
 
-    void ResolveItemTarget(const Node& item, Slot link) {
-        const Segment* owner =
-            m_db.GetSegment(m_db.ResolvePathFrom(m_root, Value(item, 0).text, false));
-        long long index = IntegerOf(Value(item, 1));
-        Slot target = owner ? owner->geometry.first : kNoSlot;
-        while (target != kNoSlot && index-- > 0)
-            target = m_db.Get(target)->next;
-        if (target == kNoSlot || index > 0) {
-            ReportError(Where(item) + ": the referenced item does not exist");
-            m_db.DeleteObject(link);
+    // What waits for the end of the load: a link's target (link set) or a named style's source.
+    struct Deferred {
+        const Node* node;
+        Slot segment;
+        Slot link;
+    };
+
+    // A path of the file, where "@#n" levels name the file's n-th nameless segment.
+    std::string Translate(std::string_view path) const {
+        std::string result;
+        for (size_t start = 0; start <= path.size();) {
+            size_t slash = std::min(path.find('/', start), path.size());
+            std::string_view level = path.substr(start, slash - start);
+            if (level.starts_with("@#")) {
+                size_t n = std::strtoul(std::string(level.substr(2)).c_str(), nullptr, 10);
+                result +=
+                    n < m_nameless.size() ? "@" + KeyText(OriginalKey(m_nameless[n])) : "@none";
+            } else {
+                result += level;
+            }
+            if (slash < path.size()) result += '/';
+            start = slash + 1;
+        }
+        return result;
+    }
+
+    Slot SegmentAt(std::string_view path, bool create) {
+        return m_db.ResolvePathFrom(m_root, Translate(path), create);
+    }
+
+    void Resolve(const Deferred& d) {
+        const Node& node = *d.node;
+        if (d.link == kNoSlot) {
+            Definition definition;
+            definition.name = Value(node, 0).text;
+            definition.segment = SegmentAt(Value(node, 1).text, true);
+            if (definition.segment != kNoSlot)
+                m_db.Define(d.segment, ContentKind::NamedStyleDefinition, std::move(definition));
             return;
         }
-        m_db.SetLinkTarget(link, target);
+        Slot target = kNoSlot;
+        if (const Node* item = Child(node, "Item")) {
+            const Segment* owner = m_db.GetSegment(SegmentAt(Value(*item, 0).text, false));
+            long long index = IntegerOf(Value(*item, 1));
+            target = owner ? owner->geometry.first : kNoSlot;
+            while (target != kNoSlot && index-- > 0)
+                target = m_db.Get(target)->next;
+            if (target == kNoSlot)
+                ReportError(Where(*item) + ": the referenced item does not exist");
+        } else {
+            target = SegmentAt(Value(node, 0).text, true);
+        }
+        if (target == kNoSlot)
+            m_db.DeleteObject(d.link);
+        else
+            m_db.SetLinkTarget(d.link, target);
     }
 
     Database& m_db;
     const std::vector<Node>& m_nodes;
     Slot m_root = kNoSlot;
-    std::vector<std::pair<const Node*, Slot>> m_itemTargets;
+    std::vector<Deferred> m_deferred;
+    std::vector<Slot> m_nameless;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 #include <set>
+#include <unordered_map>
 
 #include "hc/metafile.h"
 #include "hc/metafile_syntax.h"
@@ -15,10 +16,11 @@ namespace {
 class Writer {
 public:
     Writer(const Database& db, Slot root, MetafileOptions options)
-        : m_db(db), m_root(root), m_rootPath(db.Pathname(root)), m_options(options) {}
+        : m_db(db), m_root(root), m_options(options) {}
 
     std::string Write() {
         m_out = kHeader;
+        NumberNameless(m_root);
         WriteTree(m_root, 0, true);
         // Included segments outside the saved one, and what they include in turn.
         for (size_t i = 0; i < m_external.size(); ++i) {
@@ -194,8 +196,8 @@ private:
                 ++index;
             m_out += "(Item " + Quoted(Path(owner)) + " " + std::to_string(index) + ")";
         } else {
-            m_out += Quoted(Path(link.target));
             if (link.type == ContentKind::Include) Follow(link.target);
+            m_out += Quoted(Path(link.target));
         }
         m_out += " " + Quoted(link.condition);
         if (link.type == ContentKind::Reference) m_out += " " + Quoted(link.filter);
@@ -250,27 +252,59 @@ private:
         if (!m_options.followCrossReferences || !m_db.GetSegment(target) || Inside(target)) return;
         for (Slot s = target; s != kNoSlot; s = m_db.Get(s)->owner)
             if (m_followed.count(s)) return;
-        if (m_followed.insert(target).second) m_external.push_back(target);
+        if (m_followed.insert(target).second) {
+            m_external.push_back(target);
+            NumberNameless(target);
+        }
+    }
+
+    // Nameless segments are numbered in the order the file holds them (the order a reader
+    // meets them in), so that paths through them can be written as "@#n".
+    void NumberNameless(Slot top) {
+        std::vector<Slot> pending{top};
+        while (!pending.empty()) {
+            Slot s = pending.back();
+            pending.pop_back();
+            const Segment& segment = *m_db.GetSegment(s);
+            if (segment.name.empty() && s != top) m_nameless.emplace(s, m_nextNameless++);
+            for (Slot c = segment.segments.last; c != kNoSlot; c = m_db.Get(c)->prev)
+                pending.push_back(c);
+        }
     }
 
     // Targets inside the saved segment are written relative to it, so that the file can be read
-    // into another segment; others keep their absolute path.
+    // into another segment; others keep their absolute path. A nameless level written in this
+    // file is "@#n".
     std::string Path(Slot segment) const {
         if (segment == m_root) return ".";
-        std::string path = m_db.Pathname(segment);
-        if (m_rootPath == "/") return "." + path;
-        if (path.starts_with(m_rootPath) && path[m_rootPath.size()] == '/')
-            return "." + path.substr(m_rootPath.size());
+        std::vector<Slot> levels;
+        Slot s = segment;
+        for (; s != kNoSlot && s != m_root && s != m_db.Root(); s = m_db.Get(s)->owner)
+            levels.push_back(s);
+        std::string path = s == m_root ? "." : "";
+        if (levels.empty()) return "/";
+        for (auto it = levels.rbegin(); it != levels.rend(); ++it) {
+            const Segment& level = *m_db.GetSegment(*it);
+            auto number = m_nameless.find(*it);
+            path += '/';
+            if (!level.name.empty())
+                path += level.name;
+            else if (number != m_nameless.end())
+                path += "@#" + std::to_string(number->second);
+            else
+                path += "@" + KeyText(OriginalKey(*it));
+        }
         return path;
     }
 
     const Database& m_db;
     Slot m_root;
-    std::string m_rootPath;
     MetafileOptions m_options;
     std::string m_out;
     std::vector<Slot> m_external;
     std::set<Slot> m_followed;
+    std::unordered_map<Slot, int> m_nameless;
+    int m_nextNameless = 0;
 };
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <obsidra/hc.h>
 
 #include "hc/attribute.h"
+#include "hc/box.h"
 #include "hc/content_kind.h"
 
 namespace hc {
@@ -41,6 +42,7 @@ struct Object {
     ObjectKind kind;
     ContentKind type;
     bool renumbered = false;
+    bool boundsStale = true; // segments: whether bounds must be computed again
     Slot slot = kNoSlot;
     Slot owner = kNoSlot;
     Slot prev = kNoSlot;
@@ -86,6 +88,7 @@ struct Segment : Object {
     ChildList geometry;
     Slot staticModel = kNoSlot;
     std::unique_ptr<Definitions> definitions;
+    Box bounds; // in the segment's own coordinates, while boundsStale is false
 };
 
 // A shell's face regions, face colours, edge visibilities, vertex normals and levels of detail.

@@ -66,3 +66,316 @@ TEST_F(Attributes, TheSixOptionAttributesAreIndependent) {
 }
 
 } // namespace
+
+namespace {
+
+using AttributeKinds = HcTest;
+
+using SetText = void (*)(const char*);
+using ShowText = void (*)(char*);
+using NetText = void (*)(int, const HC_KEY*, char*);
+
+// Every attribute whose value is a text: each row sets a value on a parent and another on a
+// child, and names what the child's net value must be (option strings merge, texts replace).
+struct TextRow {
+    const char* word;
+    SetText set;
+    void (*unset)();
+    ShowText show;
+    NetText net;
+    const char* parent;
+    const char* child;
+    const char* net_at_child;
+};
+
+#define HC_ROW(Name, word, parent, child, net)                                                     \
+    TextRow {                                                                                      \
+        word, HC_Set_##Name, HC_UnSet_##Name, HC_Show_##Name, HC_PShow_Net_##Name, parent, child,  \
+            net                                                                                    \
+    }
+
+const TextRow kTextRows[] = {
+    HC_ROW(Color, "COLOR", "faces=red,edges=blue", "edges=green", "faces=red,edges=green"),
+    HC_ROW(Visibility, "VISIBILITY", "faces=off", "lines", "faces=off,lines"),
+    HC_ROW(Selectability, "SELECTABILITY", "faces=on", "no edges", "faces=on,no edges"),
+    HC_ROW(Callback, "CALLBACK", "draw segment=a", "draw segment=b", "draw segment=b"),
+    HC_ROW(Rendering_Options, "RENDERING OPTIONS", "hsr=zbuffer", "lod", "hsr=zbuffer,lod"),
+    HC_ROW(User_Options, "USER OPTIONS", "a=1,b=2", "b=3", "a=1,b=3"),
+    HC_ROW(Unicode_Options, "UNICODE OPTIONS", "name=Wand", "note=x", "name=Wand,note=x"),
+    HC_ROW(Heuristics, "HEURISTICS", "backplane cull", "no polygon handedness",
+           "backplane cull,no polygon handedness"),
+    HC_ROW(Text_Font, "TEXT FONT", "name=roman,size=12pt", "size=10pt", "name=roman,size=10pt"),
+    HC_ROW(Driver_Options, "DRIVER OPTIONS", "debug=1", "title=x", "debug=1,title=x"),
+    HC_ROW(Handedness, "HANDEDNESS", "left", "right", "right"),
+    HC_ROW(Conditions, "CONDITION", "day,summer", "night", "day,summer,night"),
+    HC_ROW(Text_Alignment, "TEXT ALIGNMENT", "<v", "*", "*"),
+    HC_ROW(Window_Pattern, "WINDOW PATTERN", "solid", "clear", "clear"),
+    HC_ROW(Window_Frame, "WINDOW FRAME", "on", "off", "off"),
+    HC_ROW(Line_Pattern, "LINE PATTERN", "---", "-.-", "-.-"),
+    HC_ROW(Edge_Pattern, "EDGE PATTERN", "...", "-- --", "-- --"),
+    HC_ROW(Face_Pattern, "FACE PATTERN", "##", "||", "||"),
+    HC_ROW(Marker_Symbol, "MARKER SYMBOL", "x", "(*)", "(*)"),
+    HC_ROW(Color_Map, "COLOR MAP", "red, green", "blue", "blue"),
+};
+
+TEST_F(AttributeKinds, TextAttributesSetShowInheritAndUnset) {
+    for (const TextRow& row : kTextRows) {
+        HC_Reset_System();
+        HC_KEY parent = HC_Open_Segment("/p");
+        row.set(row.parent);
+        HC_KEY child = HC_Open_Segment("c");
+        char text[HC_TEXT_MAX] = "";
+        row.net(0, nullptr, text);
+        EXPECT_STREQ(text, row.parent) << row.word << ": inherited as it is";
+        EXPECT_EQ(HC_Show_Existence(row.word), 0) << row.word;
+        row.set(row.child);
+        EXPECT_EQ(HC_Show_Existence(row.word), 1) << row.word;
+        row.show(text);
+        EXPECT_STREQ(text, row.child) << row.word;
+        row.net(0, nullptr, text);
+        EXPECT_STREQ(text, row.net_at_child) << row.word;
+        row.unset();
+        EXPECT_EQ(HC_Show_Existence(row.word), 0) << row.word;
+        HC_Close_Segment();
+        HC_Close_Segment();
+        // A path of keys asks about another segment than the open one.
+        HC_KEY path[] = {child};
+        row.net(1, path, text);
+        EXPECT_STREQ(text, row.parent) << row.word;
+        HC_KEY parentOnly[] = {parent};
+        row.net(1, parentOnly, text);
+        EXPECT_STREQ(text, row.parent) << row.word;
+    }
+    EXPECT_TRUE(TakeErrors().empty());
+}
+
+TEST_F(AttributeKinds, NetValuesFollowTheIncludePathWhenOneIsGiven) {
+    HC_Open_Segment("/library");
+    HC_Set_Color("faces=red");
+    HC_KEY part = HC_Create_Segment("part");
+    HC_Close_Segment();
+    HC_Open_Segment("/scene");
+    HC_Set_Color("faces=blue,edges=black");
+    HC_KEY include = HC_Include_Segment("/library/part");
+    HC_Close_Segment();
+    char text[HC_TEXT_MAX];
+    HC_KEY owners[] = {part};
+    HC_PShow_Net_Color(1, owners, text);
+    EXPECT_STREQ(text, "faces=red") << "up through its owners";
+    HC_KEY throughInclude[] = {part, include};
+    HC_PShow_Net_Color(2, throughInclude, text);
+    EXPECT_STREQ(text, "faces=blue,edges=black") << "up through the including segment";
+}
+
+TEST_F(AttributeKinds, ModellingMatricesMultiplyDownTheTree) {
+    const float translate[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 0, 0, 1};
+    const float scale[16] = {2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1};
+    HC_Open_Segment("/a");
+    HC_Set_Modelling_Matrix(translate);
+    HC_Open_Segment("b");
+    HC_Set_Modelling_Matrix(scale);
+    float net[16], local[16];
+    HC_PShow_Net_Modelling_Matrix(0, nullptr, net);
+    HC_Show_Modelling_Matrix(local);
+    HC_Close_Segment();
+    HC_Close_Segment();
+    EXPECT_EQ(std::vector<float>(local, local + 16), std::vector<float>(scale, scale + 16));
+    // A point of b is scaled first, then moved: (1, 1, 1) -> (2, 2, 2) -> (7, 2, 2).
+    HC_POINT p{1, 1, 1}, moved;
+    HC_Compute_Transformed_Points(1, &p, net, &moved);
+    EXPECT_FLOAT_EQ(moved.x, 7);
+    EXPECT_FLOAT_EQ(moved.y, 2);
+    EXPECT_FLOAT_EQ(moved.z, 2);
+}
+
+TEST_F(AttributeKinds, NumbersKeepTheirValuesAndTheNearestWins) {
+    HC_Open_Segment("/a");
+    HC_Set_User_Value(-1234567890123LL);
+    HC_Set_Text_Spacing(1.5);
+    HC_Set_Text_Path(1, 0, 0);
+    HC_Set_Window(-1, 1, -0.5, 0.5);
+    HC_Open_Segment("b");
+    HC_Set_User_Value(7);
+    int64_t value = 0;
+    HC_PShow_Net_User_Value(0, nullptr, &value);
+    EXPECT_EQ(value, 7);
+    float spacing = 0, x = 0, y = 0, z = 0, l, r, b, t;
+    HC_PShow_Net_Text_Spacing(0, nullptr, &spacing);
+    HC_PShow_Net_Text_Path(0, nullptr, &x, &y, &z);
+    HC_PShow_Net_Window(0, nullptr, &l, &r, &b, &t);
+    EXPECT_EQ(spacing, 1.5f);
+    EXPECT_EQ(x, 1.0f);
+    EXPECT_EQ(std::vector<float>({l, r, b, t}), std::vector<float>({-1, 1, -0.5, 0.5}));
+    HC_Close_Segment();
+    HC_Show_User_Value(&value);
+    EXPECT_EQ(value, -1234567890123LL);
+    TakeErrors();
+    HC_Set_Window(1, -1, 0, 1);
+    EXPECT_EQ(TakeErrors().size(), 1u) << "an empty window";
+    HC_Close_Segment();
+}
+
+TEST_F(AttributeKinds, CameraKeepsEveryFieldAndItsNearLimit) {
+    HC_Open_Segment("/a");
+    TakeErrors();
+    HC_Set_Camera_Near_Limit(0.5);
+    EXPECT_EQ(TakeErrors().size(), 1u) << "no camera yet";
+    HC_POINT position{0, 0, 10}, target{0, 0, 0}, up{0, 1, 0};
+    HC_Set_Camera(&position, &target, &up, 4, 3, "Orthographic");
+    HC_Set_Camera_Near_Limit(0.25);
+    HC_Open_Segment("b");
+    HC_POINT p, tg, u;
+    float w, h, nearLimit;
+    char projection[HC_TEXT_MAX];
+    HC_PShow_Net_Camera(0, nullptr, &p, &tg, &u, &w, &h, projection);
+    HC_PShow_Net_Camera_Near_Limit(0, nullptr, &nearLimit);
+    HC_Close_Segment();
+    EXPECT_EQ(p.z, 10);
+    EXPECT_EQ(u.y, 1);
+    EXPECT_EQ(w, 4);
+    EXPECT_EQ(h, 3);
+    EXPECT_STREQ(projection, "orthographic");
+    EXPECT_EQ(nearLimit, 0.25f);
+    HC_Set_Camera(&position, &target, &up, 4, 3, "");
+    HC_Show_Camera(&p, &tg, &u, &w, &h, projection);
+    HC_Show_Camera_Near_Limit(&nearLimit);
+    EXPECT_STREQ(projection, "perspective");
+    EXPECT_EQ(nearLimit, 0.25f) << "setting the camera keeps its near limit";
+    HC_Close_Segment();
+}
+
+TEST_F(AttributeKinds, AWeightIsEitherPlainOrVariable) {
+    struct {
+        void (*set)(double);
+        void (*setVariable)(const char*);
+        void (*show)(float*);
+        void (*showVariable)(char*);
+        const char* word;
+    } const rows[] = {
+        {HC_Set_Edge_Weight, HC_Set_Variable_Edge_Weight, HC_Show_Edge_Weight,
+         HC_Show_Variable_Edge_Weight, "edge weight"},
+        {HC_Set_Line_Weight, HC_Set_Variable_Line_Weight, HC_Show_Line_Weight,
+         HC_Show_Variable_Line_Weight, "line weight"},
+        {HC_Set_Marker_Size, HC_Set_Variable_Marker_Size, HC_Show_Marker_Size,
+         HC_Show_Variable_Marker_Size, "marker size"},
+    };
+    HC_Open_Segment("/a");
+    for (const auto& row : rows) {
+        float weight = 0;
+        char text[HC_TEXT_MAX];
+        row.set(2.0);
+        row.show(&weight);
+        row.showVariable(text);
+        EXPECT_EQ(weight, 2.0f) << row.word;
+        EXPECT_STREQ(text, "2") << row.word;
+        row.setVariable("0.3 oru");
+        row.show(&weight);
+        row.showVariable(text);
+        EXPECT_LT(weight, 0) << row.word;
+        EXPECT_STREQ(text, "0.3 oru") << row.word;
+        EXPECT_EQ(HC_Show_Existence(row.word), 1) << row.word;
+        TakeErrors();
+        row.set(-3);
+        EXPECT_EQ(TakeErrors().size(), 1u) << row.word << ": negative plain weights mean variable";
+    }
+    HC_UnSet_Line_Weight();
+    EXPECT_EQ(HC_Show_Existence("line weight"), 0);
+    HC_Close_Segment();
+}
+
+TEST_F(AttributeKinds, UserIndicesAndDataAreKeptPerIndex) {
+    HC_Open_Segment("/a");
+    int anchor = 0;
+    HC_Set_User_Index(7, &anchor);
+    HC_Set_User_Index(3, nullptr);
+    HC_Set_User_Data(10, "abc\0def", 7);
+    HC_Set_User_Data(2, "", 0);
+    int count = 0;
+    long indices[4];
+    void* values[4];
+    HC_Show_User_Indices(&count, indices, values);
+    ASSERT_EQ(count, 2);
+    EXPECT_EQ(indices[0], 3);
+    EXPECT_EQ(indices[1], 7);
+    EXPECT_EQ(values[1], &anchor);
+    HC_Show_User_Data_Indices(&count, indices);
+    ASSERT_EQ(count, 2);
+    EXPECT_EQ(indices[1], 10);
+    char data[16];
+    long size = 0;
+    HC_Show_One_User_Data(10, data, sizeof data, &size);
+    EXPECT_EQ(std::string(data, static_cast<size_t>(size)), std::string("abc\0def", 7));
+    HC_UnSet_One_User_Index(3);
+    HC_UnSet_One_User_Index(7);
+    HC_Show_User_Index_Count(&count);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(HC_Show_Existence("user index"), 0) << "the last one takes the attribute with it";
+    TakeErrors();
+    HC_UnSet_One_User_Data(99);
+    EXPECT_EQ(TakeErrors().size(), 1u);
+    HC_Close_Segment();
+}
+
+TEST_F(AttributeKinds, ConditionalActionsAcceptTheBracketsOfTheirShownForm) {
+    HC_Open_Segment("/a");
+    HC_Set_Conditional_Action("Priority = 3", "hot");
+    // What a shown list looks like, taken apart the way an edited line is.
+    HC_Set_Conditional_Action("(show = segment))", "(cold) ");
+    char types[HC_TEXT_MAX], options[HC_TEXT_MAX], condition[HC_TEXT_MAX];
+    HC_Show_Cond_Action_Types(types);
+    EXPECT_STREQ(types, "priority,show");
+    HC_Show_One_Conditional_Action("show", options, condition);
+    EXPECT_STREQ(options, "segment");
+    EXPECT_STREQ(condition, "cold");
+    HC_Set_Conditional_Action("priority = 5", "warm");
+    HC_Show_One_Conditional_Action("PRIORITY", options, condition);
+    EXPECT_STREQ(options, "5");
+    EXPECT_STREQ(condition, "warm");
+    TakeErrors();
+    HC_Set_Conditional_Action("", "x");
+    HC_Set_Conditional_Action("a=1", "()");
+    EXPECT_EQ(TakeErrors().size(), 2u);
+    HC_UnSet_Conditional_Actions();
+    EXPECT_EQ(HC_Show_Existence("conditional action"), 0);
+    HC_Close_Segment();
+}
+
+TEST_F(AttributeKinds, ClipRegionGeometryAndSystemOptions) {
+    HC_Open_Segment("/a");
+    HC_POINT square[] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
+    HC_Set_Polygonal_Clip_Region(4, square, "window");
+    int loops = 0, total = 0, counts[1];
+    char options[HC_TEXT_MAX];
+    HC_Show_Clip_Region_Size(&loops, &total, options);
+    EXPECT_EQ(loops, 1);
+    EXPECT_EQ(total, 4);
+    EXPECT_STREQ(options, "window");
+    HC_POINT back[4];
+    HC_Show_Clip_Region(&loops, counts, back, options);
+    EXPECT_EQ(counts[0], 4);
+    EXPECT_EQ(back[2].x, 1);
+
+    HC_KEY shell = Triangle();
+    TakeErrors();
+    HC_Set_Geometry_Options("orientation=1");
+    EXPECT_EQ(TakeErrors().size(), 1u) << "not on a segment";
+    HC_Open_Geometry(shell);
+    HC_Set_Geometry_Options("orientation=1");
+    HC_Show_Geometry_Options(options);
+    EXPECT_STREQ(options, "orientation=1");
+    HC_Set_Geometry_Options("");
+    HC_Show_Geometry_Options(options);
+    EXPECT_STREQ(options, "");
+    HC_Close_Geometry();
+    HC_Close_Segment();
+
+    HC_Define_System_Options("message limit=10");
+    HC_Define_System_Options("no sanity checking");
+    HC_Show_System_Options(options);
+    EXPECT_STREQ(options, "message limit=10,no sanity checking");
+    HC_Reset_System();
+    HC_Show_System_Options(options);
+    EXPECT_STREQ(options, "");
+}
+
+} // namespace
