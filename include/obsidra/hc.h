@@ -62,6 +62,9 @@ void HC_Show_Contents_Count(int* count);
 void HC_End_Contents_Search(void);
 int HC_Show_Existence(const char* filter);
 int HC_Show_Existence_By_Key(HC_KEY key, const char* filter);
+/* As HC_Show_Existence for a named segment: 0 for a segment that does not exist ("self" asks
+ * just that), which is not reported. */
+int HC_QShow_Existence(const char* segment, const char* filter);
 
 /* Includes and styles. */
 HC_KEY HC_Include_Segment(const char* segment);

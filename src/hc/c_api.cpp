@@ -247,6 +247,19 @@ int HC_Show_Existence_By_Key(HC_KEY key, const char* filter) {
     return db.Count(slot, parsed);
 }
 
+int HC_QShow_Existence(const char* segment, const char* filter) {
+    HC_API(HC_QShow_Existence);
+    Database& db = Current();
+    Slot slot = kNoSlot;
+    {
+        // Asking whether a segment exists is no misuse: its absence is answered, not reported.
+        ErrorSilence silence;
+        slot = db.ResolvePath(Text(segment), false);
+    }
+    if (slot == kNoSlot) return 0;
+    return HC_Show_Existence_By_Key(db.KeyOf(slot), filter);
+}
+
 // --- Includes, styles, named styles --------------------------------------------------------------
 
 HC_KEY HC_Include_Segment(const char* segment) {

@@ -13,6 +13,7 @@ void DefaultHandler(const char* function, const char* message) {
 
 ErrorHandler g_handler = DefaultHandler;
 const char* g_function = nullptr;
+int g_silence = 0;
 
 } // namespace
 
@@ -21,7 +22,16 @@ void SetErrorHandler(ErrorHandler handler) {
 }
 
 void ReportError(std::string_view message) {
+    if (g_silence > 0) return;
     g_handler(g_function ? g_function : "hc", std::string(message).c_str());
+}
+
+ErrorSilence::ErrorSilence() {
+    ++g_silence;
+}
+
+ErrorSilence::~ErrorSilence() {
+    --g_silence;
 }
 
 ApiScope::ApiScope(const char* function) : m_previous(g_function) {

@@ -25,4 +25,13 @@ private:
     const char* m_previous;
 };
 
+// Keeps reports back for the length of a scope: for questions whose "no" is an answer.
+class ErrorSilence {
+public:
+    ErrorSilence();
+    ~ErrorSilence();
+    ErrorSilence(const ErrorSilence&) = delete;
+    ErrorSilence& operator=(const ErrorSilence&) = delete;
+};
+
 } // namespace hc

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <vector>
+
+#include <obsidra/hc.h>
+
+#include "mvo/base_model.h"
+#include "mvo/selection_set.h"
+
+// A view of a model: a view segment below "/views", a scene segment in it, and an include of
+// the model's segment in the scene. Headless: what a renderer does (draw again, fit the camera,
+// show a bounding box) is a virtual operation that a renderer overrides; here they record what
+// was asked, for scripts and tests.
+class HBaseView {
+public:
+    explicit HBaseView(HBaseModel* model);
+    virtual ~HBaseView();
+    HBaseView(const HBaseView&) = delete;
+    HBaseView& operator=(const HBaseView&) = delete;
+
+    HBaseModel* GetModel() const { return m_model; }
+    HC_KEY GetModelKey() const { return m_model->GetModelKey(); }
+    HC_KEY GetViewKey() const { return m_viewKey; }
+    HC_KEY GetSceneKey() const { return m_sceneKey; }
+    // The include that brings the model into the scene.
+    HC_KEY GetIncludeLinkKey() const { return m_includeLinkKey; }
+    HSelectionSet* GetSelection() { return &m_selection; }
+
+    // Draws the view again.
+    virtual void Update();
+    // Sets the camera so that the item (reached through the include path) fills the view.
+    virtual void FitItemByPath(HC_KEY key, int count, const HC_KEY* path);
+    // Shows or hides the bounding box of an item (reached through the include path).
+    virtual void VisualizeBounding(bool show, HC_KEY key, int count, const HC_KEY* path);
+
+    // What the headless view was asked last.
+    int GetUpdateCount() const { return m_updates; }
+    HC_KEY GetFittedKey() const { return m_fittedKey; }
+    HC_KEY GetVisualizedBoundingKey() const { return m_boundingKey; }
+    const std::vector<HC_KEY>& GetVisualizedBoundingPath() const { return m_boundingPath; }
+
+private:
+    HBaseModel* m_model;
+    HC_KEY m_viewKey;
+    HC_KEY m_sceneKey;
+    HC_KEY m_includeLinkKey;
+    HSelectionSet m_selection;
+    int m_updates = 0;
+    HC_KEY m_fittedKey = -1;
+    HC_KEY m_boundingKey = -1;
+    std::vector<HC_KEY> m_boundingPath;
+};
