@@ -10,6 +10,7 @@ namespace obsidra::tools {
 using Command = int (*)(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 int TreeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int ShowcaseCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 // Loads a scene file into "/" of the database; false (with the reason on err) when it cannot.

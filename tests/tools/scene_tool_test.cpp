@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 #include <sstream>
 
 #include <obsidra/hc.h>
@@ -60,6 +61,33 @@ TEST(SceneTool, BadFilesAndArgumentsGiveAnErrorNotACrash) {
     EXPECT_EQ(Tool(obsidra::tools::TreeCommand, {"/no/such.hmf"}).code, 1);
     EXPECT_EQ(Tool(obsidra::tools::TreeCommand, {}).code, 2);
     EXPECT_EQ(Tool(obsidra::tools::ConvertCommand, {kExample}).code, 2);
+}
+
+} // namespace
+
+namespace {
+
+TEST(SceneTool, TheBundledShowcaseHoldsEveryKindOfGeometryAndReadsBackAsWritten) {
+    const std::string showcase = std::string(OBSIDRA_SOURCE_DIR) + "/examples/showcase.hmf";
+    Outcome run = Tool(obsidra::tools::TreeCommand, {showcase});
+    ASSERT_EQ(run.code, 0) << run.err;
+    std::set<std::string> kinds;
+    HC_Begin_Contents_Search("/showcase/...", "geometry");
+    char type[HC_TEXT_MAX];
+    HC_KEY key;
+    while (HC_Find_Contents(type, &key))
+        kinds.insert(type);
+    HC_End_Contents_Search();
+    EXPECT_EQ(kinds.size(), 26u);
+
+    auto file = std::filesystem::temp_directory_path() / "obsidra_showcase.hmf";
+    ASSERT_EQ(Tool(obsidra::tools::ShowcaseCommand, {file.string()}).code, 0);
+    std::ifstream written(file), bundled(showcase);
+    std::stringstream a, b;
+    a << written.rdbuf();
+    b << bundled.rdbuf();
+    std::filesystem::remove(file);
+    EXPECT_EQ(a.str(), b.str()) << "examples/showcase.hmf is what the showcase command writes";
 }
 
 } // namespace
