@@ -37,7 +37,8 @@ void Remove(ContentKind kind) {
 }
 
 // The values of one kind that make the net value, nearest first; reported when there is none.
-std::vector<const Attribute*> Net(int keyCount, const HC_KEY* keys, ContentKind kind) {
+std::vector<const Attribute*> Net(int keyCount, const HC_KEY* keys, ContentKind kind,
+                                  bool reportNone = true) {
     Database& db = Current();
     std::vector<const Attribute*> chain;
     if (keyCount < 0 || (keyCount > 0 && !keys)) {
@@ -50,7 +51,7 @@ std::vector<const Attribute*> Net(int keyCount, const HC_KEY* keys, ContentKind 
     for (int i = 1; i < keyCount; ++i)
         includes.push_back(db.Require(keys[i]));
     chain = db.NetChain(db.NetPath(start, includes), kind);
-    if (chain.empty()) ReportError("no " + Word(kind) + " is in effect here");
+    if (chain.empty() && reportNone) ReportError("no " + Word(kind) + " is in effect here");
     return chain;
 }
 
@@ -58,12 +59,21 @@ std::string LocalText(const Attribute& attribute) {
     return IsOptionString(attribute.kind) ? attribute.options.Format() : attribute.text;
 }
 
+bool HasBareOption(const OptionList& options) {
+    for (const Option& option : options.Options())
+        if (option.value.empty() && !option.negated) return true;
+    return false;
+}
+
 std::string NetText(const std::vector<const Attribute*>& chain) {
     if (chain.empty()) return {};
     if (!IsOptionString(chain.front()->kind)) return chain.front()->text;
     OptionList merged;
-    for (auto it = chain.rbegin(); it != chain.rend(); ++it)
+    for (auto it = chain.rbegin(); it != chain.rend(); ++it) {
+        // A colour named alone colours everything: what was inherited no longer shows.
+        if ((*it)->kind == ContentKind::Color && HasBareOption((*it)->options)) merged = {};
         merged.Merge((*it)->options);
+    }
     return merged.Format();
 }
 
@@ -204,13 +214,20 @@ int EntryCount(ContentKind kind) {
 
 // --- Conditional actions -------------------------------------------------------------------------
 
-// Takes off blanks and the parentheses that a shown action list puts around its parts.
+// Takes off blanks and the pairs of parentheses that enclose a whole part, as a shown action
+// list puts them; parentheses inside ("(a | b) & c") stay.
 std::string_view Unbracket(std::string_view text) {
     text = Trim(text);
-    while (!text.empty() && text.front() == '(')
-        text = Trim(text.substr(1));
-    while (!text.empty() && text.back() == ')')
-        text = Trim(text.substr(0, text.size() - 1));
+    while (text.size() >= 2 && text.front() == '(' && text.back() == ')') {
+        int depth = 0;
+        bool encloses = true;
+        for (size_t i = 0; i < text.size() && encloses; ++i) {
+            depth += text[i] == '(' ? 1 : text[i] == ')' ? -1 : 0;
+            if (depth == 0 && i + 1 < text.size()) encloses = false;
+        }
+        if (!encloses) break;
+        text = Trim(text.substr(1, text.size() - 2));
+    }
     return text;
 }
 
@@ -424,7 +441,7 @@ void HC_PShow_Net_Window(int keyCount, const HC_KEY* keys, float* left, float* r
     }                                                                                              \
     void HC_PShow_Net_##Name(int keyCount, const HC_KEY* keys, float* matrix) {                    \
         HC_API(HC_PShow_Net_##Name);                                                               \
-        NetMatrix(Net(keyCount, keys, ContentKind::Kind), matrix);                                 \
+        NetMatrix(Net(keyCount, keys, ContentKind::Kind, false), matrix);                          \
     }
 
 HC_MATRIX_ATTRIBUTE(Modelling_Matrix, ModellingMatrix)

@@ -83,6 +83,32 @@ void DefineNamedStyle(std::string_view name, Slot source) {
 
 } // namespace
 
+namespace {
+// A segment's reference items; a geometry item's attached references; a reference's target.
+std::vector<Slot> ReferenceKeys(HC_KEY key) {
+    Database& db = Current();
+    Object* object = db.Get(db.Require(key));
+    std::vector<Slot> slots;
+    if (!object) return slots;
+    if (object->kind == ObjectKind::Segment) {
+        for (Found found : db.Contents(
+                 object->slot,
+                 [] {
+                     std::vector<std::string> unused;
+                     return Filter::Parse("references", unused);
+                 }(),
+                 false, false))
+            slots.push_back(found.slot);
+    } else if (object->kind == ObjectKind::Geometry) {
+        slots = static_cast<Geometry*>(object)->References();
+    } else if (object->type == ContentKind::Reference) {
+        if (Slot target = db.LinkTarget(*static_cast<Link*>(object)); target != kNoSlot)
+            slots.push_back(target);
+    }
+    return slots;
+}
+} // namespace
+
 extern "C" {
 
 void HC_Define_Error_Handler(HC_ERROR_HANDLER handler) {
@@ -231,7 +257,9 @@ int HC_Show_Existence(const char* filter) {
     Filter parsed = Filter::Parse(Text(filter), unknown);
     for (const std::string& word : unknown)
         ReportError("unknown content type \"" + word + "\"");
-    return db.Count(db.CurrentSegment(), parsed);
+    // An open geometry item answers for its own attributes, the current segment otherwise.
+    Slot target = db.AttributeTarget();
+    return db.Count(db.Get(target) ? target : db.CurrentSegment(), parsed);
 }
 
 int HC_Show_Existence_By_Key(HC_KEY key, const char* filter) {
@@ -414,32 +442,6 @@ HC_KEY HC_Show_Conditional_Reference(HC_KEY key, char* condition) {
     CopyOut(link ? link->condition : std::string(), condition);
     return link ? KeyOrZero(Current().LinkTarget(*link)) : 0;
 }
-
-namespace {
-// A segment's reference items; a geometry item's attached references; a reference's target.
-std::vector<Slot> ReferenceKeys(HC_KEY key) {
-    Database& db = Current();
-    Object* object = db.Get(db.Require(key));
-    std::vector<Slot> slots;
-    if (!object) return slots;
-    if (object->kind == ObjectKind::Segment) {
-        for (Found found : db.Contents(
-                 object->slot,
-                 [] {
-                     std::vector<std::string> unused;
-                     return Filter::Parse("references", unused);
-                 }(),
-                 false, false))
-            slots.push_back(found.slot);
-    } else if (object->kind == ObjectKind::Geometry) {
-        slots = static_cast<Geometry*>(object)->References();
-    } else if (object->type == ContentKind::Reference) {
-        if (Slot target = db.LinkTarget(*static_cast<Link*>(object)); target != kNoSlot)
-            slots.push_back(target);
-    }
-    return slots;
-}
-} // namespace
 
 void HC_Show_Reference_Keys_Count(HC_KEY key, int* count) {
     HC_API(HC_Show_Reference_Keys_Count);

@@ -608,10 +608,7 @@ void Database::CopyObject(const Object& source, Slot destination) {
     if (source.kind == ObjectKind::Geometry) {
         const auto& geometry = static_cast<const Geometry&>(source);
         copy = NewObject<Geometry>(geometry.type);
-        auto& g = static_cast<Geometry&>(*copy);
-        g.points = geometry.points;
-        g.ints = geometry.ints;
-        if (!geometry.Text().empty()) g.Extras().text = geometry.Text();
+        CopyGeometryData(geometry, static_cast<Geometry&>(*copy));
     } else {
         const auto& link = static_cast<const Link&>(source);
         copy = NewObject<Link>(link.type);
@@ -821,7 +818,13 @@ void Database::SetText(Slot slot, ContentKind kind, std::string_view text) {
         ReportError("cannot understand the options \"" + std::string(text) + "\"");
         return;
     }
-    ObtainAttribute(slot, kind).options.Merge(parsed);
+    Attribute& attribute = ObtainAttribute(slot, kind);
+    // A colour named alone ("red") colours everything, so it replaces what was set.
+    bool whole = kind == ContentKind::Color &&
+                 std::any_of(parsed.Options().begin(), parsed.Options().end(),
+                             [](const Option& o) { return o.value.empty() && !o.negated; });
+    if (whole) attribute.options = {};
+    attribute.options.Merge(parsed);
     AttributeChanged(slot, kind);
 }
 
@@ -999,7 +1002,8 @@ bool Database::FindOpenItem(HC_KEY& key, std::string& type) {
         Slot slot = m_openItemSearch[m_openItemNext++];
         if (!Get(slot)) continue;
         key = KeyOf(slot);
-        type = TypeWord(Get(slot)->type);
+        // An open item is a segment or a geometry item; which kind of geometry is asked of its key.
+        type = Get(slot)->kind == ObjectKind::Segment ? "segment" : "geometry";
         return true;
     }
     return false;

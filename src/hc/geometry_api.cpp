@@ -1,5 +1,6 @@
 // The geometry functions of the C interface that insert and show items; each kind's layout is in
 // docs/formats.md, "Geometry data".
+#include <algorithm>
 #include <climits>
 #include <string>
 #include <vector>
@@ -45,38 +46,32 @@ HC_KEY InsertThreePoints(ContentKind type, const HC_POINT* first, const HC_POINT
     return Insert(type, {.points = {*first, *second, *third}, .values = std::move(values)});
 }
 
-std::vector<float> UniformKnots(int count) {
-    std::vector<float> knots(static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i)
-        knots[size_t(i)] = static_cast<float>(i);
-    return knots;
-}
-
-// Appends weights (1 each when null) and knots (uniform when null) to values, reporting
-// knots that decrease.
-bool AppendNurbsNumbers(const float* weights, int count, const float* knots, int knotCount,
-                        std::vector<float>& values) {
+// Missing weights are 1 each.
+void AppendWeights(const float* weights, size_t count, std::vector<float>& values) {
     if (weights)
         values.insert(values.end(), weights, weights + count);
     else
-        values.insert(values.end(), size_t(count), 1.0f);
-    if (!knots) {
-        std::vector<float> uniform = UniformKnots(knotCount);
-        values.insert(values.end(), uniform.begin(), uniform.end());
-        return true;
-    }
-    for (int i = 1; i < knotCount; ++i) {
-        if (knots[i] < knots[i - 1]) {
+        values.insert(values.end(), count, 1.0f);
+}
+
+// Missing knots are uniform: 0, 1, 2, ... Knots that decrease are reported.
+bool AppendKnots(const float* knots, int count, std::vector<float>& values) {
+    for (int i = 0; i < count; ++i) {
+        if (knots && i > 0 && knots[i] < knots[i - 1]) {
             ReportError("knot " + std::to_string(i) + " is smaller than the one before it");
             return false;
         }
+        values.push_back(knots ? knots[i] : static_cast<float>(i));
     }
-    values.insert(values.end(), knots, knots + knotCount);
     return true;
 }
 
 // Degree and control point count of one NURBS direction, reported when they do not match.
 bool CheckNurbsCounts(int degree, int count) {
+    if (count > INT_MAX / 2) {
+        ReportError("too many control points");
+        return false;
+    }
     if (degree < 1 || count < static_cast<long long>(degree) + 1) {
         ReportError("degree " + std::to_string(degree) + " needs at least " +
                     std::to_string(static_cast<long long>(degree) + 1) + " control points, not " +
@@ -249,9 +244,8 @@ HC_KEY HC_Insert_NURBS_Curve(int degree, int controlPointCount, const HC_POINT* 
         !CheckNurbsCounts(degree, controlPointCount))
         return 0;
     std::vector<float> values;
-    if (!AppendNurbsNumbers(weights, controlPointCount, knots, controlPointCount + degree + 1,
-                            values))
-        return 0;
+    AppendWeights(weights, size_t(controlPointCount), values);
+    if (!AppendKnots(knots, controlPointCount + degree + 1, values)) return 0;
     values.push_back(static_cast<float>(startU));
     values.push_back(static_cast<float>(endU));
     return Insert(ContentKind::NurbsCurve, {.points = std::vector<HC_POINT>(
@@ -272,11 +266,10 @@ HC_KEY HC_Insert_NURBS_Surface(int uDegree, int vDegree, int uCount, int vCount,
     }
     if (!CheckArray(count, controlPoints, "control points")) return 0;
     std::vector<float> values;
-    if (!AppendNurbsNumbers(weights, int(count), uKnots, uCount + uDegree + 1, values)) return 0;
-    // The v knots follow; their weights are already in.
-    std::vector<float> vPart;
-    if (!AppendNurbsNumbers(nullptr, 0, vKnots, vCount + vDegree + 1, vPart)) return 0;
-    values.insert(values.end(), vPart.begin(), vPart.end());
+    AppendWeights(weights, size_t(count), values);
+    if (!AppendKnots(uKnots, uCount + uDegree + 1, values) ||
+        !AppendKnots(vKnots, vCount + vDegree + 1, values))
+        return 0;
     return Insert(ContentKind::NurbsSurface,
                   {.points = std::vector<HC_POINT>(controlPoints, controlPoints + count),
                    .ints = {uDegree, vDegree, uCount, vCount},

@@ -2,9 +2,9 @@
 
 // Shared by the files that implement the geometry HC_ functions.
 
-#include <algorithm>
 #include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hc/api_support.h"

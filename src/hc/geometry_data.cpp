@@ -1,7 +1,6 @@
 #include "hc/geometry_data.h"
 
 #include <algorithm>
-#include <array>
 #include <numbers>
 
 #include "hc/text.h"

@@ -1,5 +1,6 @@
 // The geometry functions of the C interface that change items in place: a shell's details and
 // the edits. Every call checks all it is given before it changes anything.
+#include <algorithm>
 #include <climits>
 #include <optional>
 #include <string>

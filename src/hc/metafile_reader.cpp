@@ -1,12 +1,18 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <fstream>
+#include <optional>
+#include <span>
 #include <sstream>
 
 #include "hc/error.h"
+#include "hc/geometry_data.h"
 #include "hc/metafile.h"
 #include "hc/metafile_syntax.h"
 #include "hc/text.h"
@@ -17,24 +23,85 @@ using namespace metafile;
 
 namespace {
 
+// What a list is, found once after parsing so that checks compare numbers, not names.
+enum class Element : uint8_t {
+    Unknown,
+    Tuple,
+    Kind,
+    Segment,
+    External,
+    Key,
+    Points,
+    Ints,
+    Values,
+    String,
+    Item,
+    Regions,
+    FaceColors,
+    EdgeVisibilities,
+    VertexNormals,
+    Lods
+};
+
 struct Node {
-    enum Type { List, String, Atom } type;
-    std::string text; // a list's element name ("" for a bare tuple such as a camera's point)
-    std::vector<size_t> children;
-    size_t parent;
-    int line;
-    int column;
+    enum Type : uint8_t { List, String, Atom } type;
+    Element element = Element::Unknown;    // lists
+    ContentKind kind = ContentKind::Count; // lists of Element::Kind
+    uint32_t parent = 0;
+    int line = 0;
+    int column = 0;
+    std::string_view text; // a list's element name ("" for a tuple), a string's value, an atom
+    std::span<const uint32_t> children;
+};
+
+// The parsed file: nodes with views into the text (or into unescaped copies of strings that
+// held escapes), and every node's children in one array.
+struct ParsedFile {
+    std::string source;
+    std::deque<std::string> unescaped;
+    std::vector<Node> nodes;
+    std::vector<uint32_t> childIndex;
 };
 
 std::string Where(const Node& node) {
     return "line " + std::to_string(node.line) + ", column " + std::to_string(node.column);
 }
 
+Element ElementOf(std::string_view name, ContentKind& kind) {
+    static const std::pair<std::string_view, Element> kElements[] = {
+        {"segment", Element::Segment},
+        {"external", Element::External},
+        {"key", Element::Key},
+        {"points", Element::Points},
+        {"ints", Element::Ints},
+        {"values", Element::Values},
+        {"string", Element::String},
+        {"item", Element::Item},
+        {"regions", Element::Regions},
+        {"face_colors", Element::FaceColors},
+        {"edge_visibilities", Element::EdgeVisibilities},
+        {"vertex_normals", Element::VertexNormals},
+        {"lods", Element::Lods},
+    };
+    if (name.empty()) return Element::Tuple;
+    for (const auto& [word, element] : kElements)
+        if (EqualsIgnoreCase(name, word)) return element;
+    if (KindOfElement(name, kind) && kind != ContentKind::StaticModel &&
+        kind != ContentKind::Segment)
+        return Element::Kind;
+    return Element::Unknown;
+}
+
 // --- Parsing: text to a flat node list (node 0 is the file), without recursion -------------------
 
-bool Parse(std::string_view text, std::vector<Node>& nodes, std::string& error) {
-    nodes.assign(1, Node{Node::List, "", {}, 0, 1, 1});
-    std::vector<size_t> open{0};
+bool Parse(std::string_view input, ParsedFile& file, std::string& error) {
+    file.source = input;
+    std::string_view text = file.source;
+    std::vector<Node>& nodes = file.nodes;
+    nodes.clear();
+    nodes.reserve(text.size() / 4 + 1);
+    nodes.push_back(Node{Node::List, Element::Segment, ContentKind::Count, 0, 1, 1, {}, {}});
+    std::vector<uint32_t> open{0};
     int line = 1;
     size_t lineStart = 0;
     auto fail = [&](int atLine, size_t at, const std::string& what) {
@@ -42,10 +109,9 @@ bool Parse(std::string_view text, std::vector<Node>& nodes, std::string& error) 
             "line " + std::to_string(atLine) + ", column " + std::to_string(at + 1) + ": " + what;
         return false;
     };
-    auto add = [&](Node node) {
-        node.parent = open.back();
-        nodes[open.back()].children.push_back(nodes.size());
-        nodes.push_back(std::move(node));
+    auto add = [&](Node::Type type, std::string_view value, int atLine, int atColumn) {
+        nodes.push_back(Node{
+            type, Element::Unknown, ContentKind::Count, open.back(), atLine, atColumn, value, {}});
     };
     for (size_t i = 0; i < text.size();) {
         char c = text[i];
@@ -63,21 +129,23 @@ bool Parse(std::string_view text, std::vector<Node>& nodes, std::string& error) 
             while (i < text.size() &&
                    (std::isalnum(static_cast<unsigned char>(text[i])) || text[i] == '_'))
                 ++i;
-            std::string name(text.substr(start, i - start));
+            std::string_view name = text.substr(start, i - start);
             if (!name.empty() && !std::isalpha(static_cast<unsigned char>(name[0]))) {
                 i = start; // a tuple of numbers such as (1 2 3)
-                name.clear();
+                name = {};
             }
-            add({Node::List, std::move(name), {}, 0, line, column});
-            open.push_back(nodes.size() - 1);
+            add(Node::List, name, line, column);
+            open.push_back(static_cast<uint32_t>(nodes.size() - 1));
         } else if (c == ')') {
             if (open.size() == 1) return fail(line, i - lineStart, "\")\" closes nothing");
             open.pop_back();
             ++i;
         } else if (c == '"') {
-            std::string value;
             int startLine = line;
             size_t startColumn = i - lineStart;
+            size_t first = i + 1;
+            bool escaped = false;
+            std::string value;
             for (++i; i < text.size() && text[i] != '"'; ++i) {
                 if (text[i] == '\n') {
                     ++line;
@@ -87,6 +155,7 @@ bool Parse(std::string_view text, std::vector<Node>& nodes, std::string& error) 
                     value += text[i];
                     continue;
                 }
+                escaped = true;
                 char e = text[++i];
                 if (e == 'n') {
                     value += '\n';
@@ -97,59 +166,168 @@ bool Parse(std::string_view text, std::vector<Node>& nodes, std::string& error) 
                 } else if (e == 'x' && i + 2 < text.size() &&
                            std::isxdigit(static_cast<unsigned char>(text[i + 1])) &&
                            std::isxdigit(static_cast<unsigned char>(text[i + 2]))) {
-                    value += static_cast<char>(
-                        std::strtol(std::string(text.substr(i + 1, 2)).c_str(), nullptr, 16));
+                    unsigned byte = 0;
+                    std::from_chars(text.data() + i + 1, text.data() + i + 3, byte, 16);
+                    value += static_cast<char>(byte);
                     i += 2;
                 } else {
                     value += e;
                 }
             }
             if (i >= text.size()) return fail(startLine, startColumn, "the string is not closed");
+            std::string_view view = text.substr(first, i - first);
+            if (escaped) view = file.unescaped.emplace_back(std::move(value));
             ++i;
-            add({Node::String,
-                 std::move(value),
-                 {},
-                 0,
-                 startLine,
-                 static_cast<int>(startColumn) + 1});
+            add(Node::String, view, startLine, static_cast<int>(startColumn) + 1);
         } else {
             size_t start = i;
             while (i < text.size() && !std::isspace(static_cast<unsigned char>(text[i])) &&
                    text[i] != '(' && text[i] != ')' && text[i] != '"' && text[i] != ';')
                 ++i;
-            add({Node::Atom, std::string(text.substr(start, i - start)), {}, 0, line, column});
+            add(Node::Atom, text.substr(start, i - start), line, column);
         }
     }
     if (open.size() > 1) {
         const Node& unclosed = nodes[open.back()];
-        error = Where(unclosed) + ": (" + unclosed.text + " is not closed";
+        error = Where(unclosed) + ": (" + std::string(unclosed.text) + " is not closed";
         return false;
+    }
+    // Every node's children, in file order, side by side in one array.
+    std::vector<uint32_t> counts(nodes.size(), 0);
+    for (size_t n = 1; n < nodes.size(); ++n)
+        ++counts[nodes[n].parent];
+    std::vector<uint32_t> begin(nodes.size(), 0);
+    for (size_t n = 1; n < nodes.size(); ++n)
+        begin[n] = begin[n - 1] + counts[n - 1];
+    file.childIndex.assign(nodes.size() > 0 ? nodes.size() - 1 : 0, 0);
+    std::vector<uint32_t> fill = begin;
+    for (size_t n = 1; n < nodes.size(); ++n)
+        file.childIndex[fill[nodes[n].parent]++] = static_cast<uint32_t>(n);
+    for (size_t n = 0; n < nodes.size(); ++n) {
+        nodes[n].children = {file.childIndex.data() + begin[n], counts[n]};
+        if (n > 0 && nodes[n].type == Node::List)
+            nodes[n].element = ElementOf(nodes[n].text, nodes[n].kind);
     }
     return true;
 }
 
-// --- Checking: every element before anything is loaded -----------------------------------------
-
 bool IsNumber(const Node& node) {
     if (node.type != Node::Atom || node.text.empty()) return false;
-    char* end = nullptr;
-    (void)std::strtod(node.text.c_str(), &end);
-    return *end == '\0';
+    float value;
+    auto [end, error] =
+        std::from_chars(node.text.data(), node.text.data() + std::string(node.text).size(), value);
+    return error == std::errc{} && end == node.text.data() + std::string(node.text).size();
 }
 
 bool IsInteger(const Node& node) {
     if (node.type != Node::Atom || node.text.empty()) return false;
-    char* end = nullptr;
-    errno = 0;
-    (void)std::strtoll(node.text.c_str(), &end, 10);
-    return *end == '\0' && errno == 0;
+    long long value;
+    auto [end, error] =
+        std::from_chars(node.text.data(), node.text.data() + std::string(node.text).size(), value);
+    return error == std::errc{} && end == node.text.data() + std::string(node.text).size();
 }
 
-bool IsElement(const Node& node, std::string_view name) {
-    return node.type == Node::List && EqualsIgnoreCase(node.text, name);
+float FloatOf(const Node& node) {
+    float value = 0;
+    std::from_chars(node.text.data(), node.text.data() + std::string(node.text).size(), value);
+    return value;
 }
+
+long long IntegerOf(const Node& node) {
+    long long value = 0;
+    std::from_chars(node.text.data(), node.text.data() + std::string(node.text).size(), value);
+    return value;
+}
+
+bool Is(const Node& node, Element element) {
+    return node.type == Node::List && node.element == element;
+}
+
+bool IsKind(const Node& node, ContentKind kind) {
+    return Is(node, Element::Kind) && node.kind == kind;
+}
+
+// --- Checking: every element before anything is loaded -----------------------------------------
 
 enum class Context { Segment, Geometry, Link, Camera, Payload };
+
+// The elements that carry an item's data, and those that carry a shell's details.
+bool IsPayload(const Node& node) {
+    for (Element e :
+         {Element::Points, Element::Ints, Element::Values, Element::String, Element::Item})
+        if (Is(node, e)) return true;
+    return false;
+}
+
+bool IsShellDetail(const Node& node) {
+    for (Element e : {Element::Regions, Element::FaceColors, Element::EdgeVisibilities,
+                      Element::VertexNormals, Element::Lods})
+        if (Is(node, e)) return true;
+    return false;
+}
+
+const Node* ChildOf(const std::vector<Node>& nodes, const Node& node, Element element) {
+    for (uint32_t c : node.children)
+        if (Is(nodes[c], element)) return &nodes[c];
+    return nullptr;
+}
+
+std::vector<float> FloatsOf(const std::vector<Node>& nodes, const Node* list) {
+    std::vector<float> values;
+    if (list)
+        for (uint32_t c : list->children)
+            values.push_back(FloatOf(nodes[c]));
+    return values;
+}
+
+std::vector<int> IntsOf(const std::vector<Node>& nodes, const Node* list) {
+    std::vector<int> values;
+    if (list)
+        for (uint32_t c : list->children)
+            values.push_back(static_cast<int>(IntegerOf(nodes[c])));
+    return values;
+}
+
+// Triples of numbers; "nan nan nan" is a value that is not set.
+std::vector<std::optional<HC_POINT>> OptionalTriples(const std::vector<Node>& nodes,
+                                                     const Node* list) {
+    std::vector<float> v = FloatsOf(nodes, list);
+    std::vector<std::optional<HC_POINT>> triples;
+    for (size_t i = 0; i + 2 < v.size(); i += 3) {
+        if (std::isnan(v[i]) && std::isnan(v[i + 1]) && std::isnan(v[i + 2]))
+            triples.emplace_back();
+        else
+            triples.push_back(HC_POINT{v[i], v[i + 1], v[i + 2]});
+    }
+    return triples;
+}
+
+// Fills an item from its element: points, integers, numbers, text and a shell's details.
+void FillGeometry(const std::vector<Node>& nodes, const Node& node, Geometry& item) {
+    std::vector<float> points = FloatsOf(nodes, ChildOf(nodes, node, Element::Points));
+    for (size_t i = 0; i + 2 < points.size(); i += 3)
+        item.points.push_back({points[i], points[i + 1], points[i + 2]});
+    item.ints = IntsOf(nodes, ChildOf(nodes, node, Element::Ints));
+    if (const Node* values = ChildOf(nodes, node, Element::Values))
+        item.Extras().values = FloatsOf(nodes, values);
+    if (const Node* text = ChildOf(nodes, node, Element::String))
+        for (uint32_t c : text->children)
+            item.Extras().text = nodes[c].text;
+    bool details = false;
+    for (uint32_t c : node.children)
+        details = details || IsShellDetail(nodes[c]);
+    if (!details) return;
+    auto shell = std::make_unique<ShellDetails>();
+    shell->regions = IntsOf(nodes, ChildOf(nodes, node, Element::Regions));
+    shell->faceColors = OptionalTriples(nodes, ChildOf(nodes, node, Element::FaceColors));
+    for (int v : IntsOf(nodes, ChildOf(nodes, node, Element::EdgeVisibilities)))
+        shell->edgeVisibilities.push_back(static_cast<int8_t>(v));
+    shell->vertexNormals = OptionalTriples(nodes, ChildOf(nodes, node, Element::VertexNormals));
+    if (const Node* lods = ChildOf(nodes, node, Element::Lods))
+        for (uint32_t c : lods->children)
+            shell->lodTypes.emplace_back(nodes[c].text);
+    item.Extras().shell = std::move(shell);
+}
 
 class Checker {
 public:
@@ -175,9 +353,9 @@ private:
 
     Context ContextOf(const Node& list) const {
         ContentKind kind;
-        if (&list == &m_nodes[0] || IsElement(list, "Segment") || IsElement(list, "External"))
+        if (&list == &m_nodes[0] || Is(list, Element::Segment) || Is(list, Element::External))
             return Context::Segment;
-        if (IsElement(list, "Camera")) return Context::Camera;
+        if (IsKind(list, ContentKind::Camera)) return Context::Camera;
         if (KindOfElement(list.text, kind) && IsGeometry(kind)) return Context::Geometry;
         if (KindOfElement(list.text, kind) &&
             (kind == ContentKind::Include || kind == ContentKind::Style ||
@@ -188,47 +366,47 @@ private:
 
     // Whether an element may stand where it stands.
     bool CheckPlace(const Node& node) {
+        if (node.type != Node::List)
+            return node.parent == 0 ? Fail(node, "a value outside any element") : true;
         const Node& parent = m_nodes[node.parent];
         Context context = ContextOf(parent);
-        if (node.type != Node::List) {
-            if (node.parent == 0) return Fail(node, "a value outside any element");
-            return true;
-        }
         ContentKind kind;
         bool known = KindOfElement(node.text, kind) && kind != ContentKind::StaticModel &&
                      kind != ContentKind::Segment;
         std::string_view name = node.text;
-        bool payload = IsElement(node, "Points") || IsElement(node, "Ints") ||
-                       IsElement(node, "Values") || IsElement(node, "String") ||
-                       IsElement(node, "Item");
-        if (!known && !payload && name != "" && !IsElement(node, "Segment") &&
-            !IsElement(node, "External") && !IsElement(node, "Key"))
-            return Fail(node, "unknown element \"" + node.text + "\"");
+        bool payload = IsPayload(node) || IsShellDetail(node);
+        if (!known && !payload && name != "" && !Is(node, Element::Segment) &&
+            !Is(node, Element::External) && !Is(node, Element::Key))
+            return Fail(node, "unknown element \"" + std::string(node.text) + "\"");
         bool ok = false;
         switch (context) {
         case Context::Segment:
-            ok = IsElement(node, "Segment") || IsElement(node, "Key") ||
-                 (IsElement(node, "External") && node.parent == 0) || known;
+            ok = Is(node, Element::Segment) || Is(node, Element::Key) ||
+                 (Is(node, Element::External) && node.parent == 0) || known;
             break;
         case Context::Geometry:
-            ok = payload || IsElement(node, "Key") ||
+            ok = (IsPayload(node) && !Is(node, Element::Item)) ||
+                 (IsShellDetail(node) && IsKind(parent, ContentKind::Shell)) ||
+                 Is(node, Element::Key) ||
                  (known && (IsAttribute(kind) || kind == ContentKind::Reference));
             break;
         case Context::Link:
-            ok = IsElement(node, "Key") || (known && IsAttribute(kind)) ||
-                 (IsElement(node, "Item") && IsElement(parent, "Reference"));
+            ok = Is(node, Element::Key) || (known && IsAttribute(kind)) ||
+                 (Is(node, Element::Item) && IsKind(parent, ContentKind::Reference));
             break;
         case Context::Camera:
             ok = name.empty();
             break;
         case Context::Payload:
-            ok = IsElement(node, "Points") && IsElement(parent, "Clip_Region");
+            ok = Is(node, Element::Points) && IsKind(parent, ContentKind::ClipRegion);
             break;
         }
         if (!ok && name.empty()) return Fail(node, "a bare ( ... ) belongs only in a (Camera");
         if (!ok && node.parent == 0)
-            return Fail(node, "(" + node.text + " does not belong at the top");
-        if (!ok) return Fail(node, "(" + node.text + " does not belong in (" + parent.text);
+            return Fail(node, "(" + std::string(node.text) + " does not belong at the top");
+        if (!ok)
+            return Fail(node, "(" + std::string(node.text) + " does not belong in (" +
+                                  std::string(parent.text));
         return true;
     }
 
@@ -237,17 +415,18 @@ private:
     // string, r string or (Item ...), p (Points ...); a final '?' makes the last one optional.
     bool Values(const Node& node, std::string_view pattern) {
         std::vector<const Node*> values;
-        for (size_t c : node.children) {
+        for (uint32_t c : node.children) {
             const Node& child = m_nodes[c];
             bool value = child.type != Node::List || child.text.empty() ||
-                         IsElement(child, "Item") ||
-                         (IsElement(child, "Points") && IsElement(node, "Clip_Region"));
+                         Is(child, Element::Item) ||
+                         (Is(child, Element::Points) && IsKind(node, ContentKind::ClipRegion));
             if (value) values.push_back(&child);
         }
         bool optional = !pattern.empty() && pattern.back() == '?';
         if (optional) pattern.remove_suffix(1);
         if (values.size() > pattern.size() || values.size() + (optional ? 1 : 0) < pattern.size())
-            return Fail(node, "(" + node.text + " takes " + Describe(pattern, optional));
+            return Fail(node,
+                        "(" + std::string(node.text) + " takes " + Describe(pattern, optional));
         for (size_t i = 0; i < values.size(); ++i) {
             const Node& v = *values[i];
             bool ok = false;
@@ -268,13 +447,15 @@ private:
                 ok = v.type == Node::List && v.text.empty();
                 break;
             case 'r':
-                ok = v.type == Node::String || IsElement(v, "Item");
+                ok = v.type == Node::String || Is(v, Element::Item);
                 break;
             case 'p':
-                ok = IsElement(v, "Points");
+                ok = Is(v, Element::Points);
                 break;
             }
-            if (!ok) return Fail(v, "(" + node.text + " takes " + Describe(pattern, optional));
+            if (!ok)
+                return Fail(v,
+                            "(" + std::string(node.text) + " takes " + Describe(pattern, optional));
         }
         return true;
     }
@@ -297,9 +478,9 @@ private:
     }
 
     bool Numbers(const Node& node, size_t multiple, bool integers) {
-        for (size_t c : node.children)
+        for (uint32_t c : node.children)
             if (!(integers ? IsInteger(m_nodes[c]) : IsNumber(m_nodes[c])))
-                return Fail(m_nodes[c], "\"" + m_nodes[c].text + "\" is not " +
+                return Fail(m_nodes[c], "\"" + std::string(m_nodes[c].text) + "\" is not " +
                                             (integers ? "an integer" : "a number"));
         if (node.children.size() % multiple)
             return Fail(node, "points need three coordinates each");
@@ -311,18 +492,27 @@ private:
             if (!Numbers(node, 1, false)) return false;
             return node.children.size() == 3 ? true : Fail(node, "a point takes three numbers");
         }
-        if (IsElement(node, "Points")) return Numbers(node, 3, false);
-        if (IsElement(node, "Values")) return Numbers(node, 1, false);
-        if (IsElement(node, "Ints")) return Numbers(node, 1, true);
-        if (IsElement(node, "String")) return Values(node, "s");
-        if (IsElement(node, "Item")) return Values(node, "si");
-        if (IsElement(node, "Key")) return Values(node, "is?");
-        if (IsElement(node, "External")) {
+        if (Is(node, Element::Points)) return Numbers(node, 3, false);
+        if (Is(node, Element::Values)) return Numbers(node, 1, false);
+        if (Is(node, Element::Ints) || Is(node, Element::Regions) ||
+            Is(node, Element::EdgeVisibilities))
+            return Numbers(node, 1, true);
+        if (Is(node, Element::FaceColors) || Is(node, Element::VertexNormals))
+            return Numbers(node, 3, false);
+        if (Is(node, Element::Lods)) {
+            for (uint32_t c : node.children)
+                if (m_nodes[c].type != Node::String) return Fail(m_nodes[c], "(Lods takes strings");
+            return true;
+        }
+        if (Is(node, Element::String)) return Values(node, "s");
+        if (Is(node, Element::Item)) return Values(node, "si");
+        if (Is(node, Element::Key)) return Values(node, "is?");
+        if (Is(node, Element::External)) {
             if (!Values(node, "s")) return false;
             return Str(node).starts_with("/") ? true
                                               : Fail(node, "an (External needs an absolute path");
         }
-        if (IsElement(node, "Segment")) {
+        if (Is(node, Element::Segment)) {
             if (!Values(node, "s")) return false;
             std::string name = Str(node);
             bool reserved = name == "." || name == ".." || name == "*" || name == "..." ||
@@ -332,7 +522,14 @@ private:
         }
         ContentKind kind;
         KindOfElement(node.text, kind);
-        if (IsGeometry(kind)) return true;
+        if (IsGeometry(kind)) {
+            Geometry item(kind);
+            FillGeometry(m_nodes, node, item);
+            return IsWellFormed(item)
+                       ? true
+                       : Fail(node, "(" + std::string(node.text) + " does not hold what a " +
+                                        std::string(TypeWord(kind)) + " needs");
+        }
         switch (kind) {
         case ContentKind::Include:
         case ContentKind::Style:
@@ -372,8 +569,8 @@ private:
     }
 
     std::string Str(const Node& node) const {
-        for (size_t c : node.children)
-            if (m_nodes[c].type == Node::String) return m_nodes[c].text;
+        for (uint32_t c : node.children)
+            if (m_nodes[c].type == Node::String) return std::string(m_nodes[c].text);
         return {};
     }
 
@@ -396,15 +593,15 @@ public:
             pending.pop_back();
             const Node& node = m_nodes[index];
             // Nameless segments are numbered in file order, as the writer numbered them.
-            if (IsElement(node, "Segment") && Value(node, 0).text.empty())
+            if (index != 0 && Is(node, Element::Segment) && Value(node, 0).text.empty())
                 m_nameless.push_back(segment);
             // Subsegments are loaded after their parent's other contents, in file order.
             std::vector<std::pair<size_t, Slot>> children;
-            for (size_t c : node.children) {
+            for (uint32_t c : node.children) {
                 const Node& child = m_nodes[c];
-                if (IsElement(child, "Segment")) {
+                if (Is(child, Element::Segment)) {
                     children.emplace_back(c, m_db.FindOrMakeChild(segment, Value(child, 0).text));
-                } else if (IsElement(child, "External")) {
+                } else if (Is(child, Element::External)) {
                     Slot external = m_db.ResolvePathFrom(m_db.Root(), Value(child, 0).text, true);
                     if (external != kNoSlot) children.emplace_back(c, external);
                 } else {
@@ -423,9 +620,9 @@ public:
 private:
     // The n-th value (string, atom or tuple) of a list.
     const Node& Value(const Node& node, size_t n) const {
-        static const Node kNone{Node::Atom, "", {}, 0, 0, 0};
+        static const Node kNone{Node::Atom, Element::Unknown, ContentKind::Count, 0, 0, 0, {}, {}};
         size_t seen = 0;
-        for (size_t c : node.children) {
+        for (uint32_t c : node.children) {
             const Node& child = m_nodes[c];
             if (child.type == Node::List && !child.text.empty()) continue;
             if (seen++ == n) return child;
@@ -433,15 +630,8 @@ private:
         return kNone;
     }
 
-    float FloatOf(const Node& node) const { return std::strtof(node.text.c_str(), nullptr); }
-    long long IntegerOf(const Node& node) const {
-        return std::strtoll(node.text.c_str(), nullptr, 10);
-    }
-
-    const Node* Child(const Node& node, std::string_view name) const {
-        for (size_t c : node.children)
-            if (IsElement(m_nodes[c], name)) return &m_nodes[c];
-        return nullptr;
+    const Node* Child(const Node& node, Element element) const {
+        return ChildOf(m_nodes, node, element);
     }
 
     std::vector<HC_POINT> PointsOf(const Node* points) const {
@@ -485,12 +675,13 @@ private:
             a.entries[static_cast<long>(IntegerOf(Value(node, 0)))] = Value(node, 1).text;
             break;
         case ContentKind::ConditionalAction:
-            a.actions.push_back({Value(node, 0).text, Value(node, 1).text, Value(node, 2).text});
+            a.actions.push_back({std::string(Value(node, 0).text), std::string(Value(node, 1).text),
+                                 std::string(Value(node, 2).text)});
             break;
         case ContentKind::Camera: {
             a.numbers.clear();
             for (size_t t = 0; t < 3; ++t)
-                for (size_t c : Value(node, t).children)
+                for (uint32_t c : Value(node, t).children)
                     a.numbers.push_back(FloatOf(m_nodes[c]));
             a.numbers.push_back(FloatOf(Value(node, 3)));
             a.numbers.push_back(FloatOf(Value(node, 4)));
@@ -499,7 +690,7 @@ private:
             break;
         }
         case ContentKind::ClipRegion:
-            a.points = PointsOf(Child(node, "Points"));
+            a.points = PointsOf(Child(node, Element::Points));
             a.text = Value(node, 0).text;
             break;
         case ContentKind::EdgeWeight:
@@ -518,7 +709,7 @@ private:
         case ContentKind::ModellingMatrix:
         case ContentKind::TextureMatrix:
             a.numbers.clear();
-            for (size_t c : node.children)
+            for (uint32_t c : node.children)
                 a.numbers.push_back(FloatOf(m_nodes[c]));
             break;
         default:
@@ -548,15 +739,7 @@ private:
     void LoadGeometry(const Node& node, ContentKind kind, Slot segment) {
         Geometry* geometry = m_db.AddGeometry(segment, kind);
         if (!geometry) return;
-        geometry->points = PointsOf(Child(node, "Points"));
-        if (const Node* ints = Child(node, "Ints"))
-            for (size_t c : ints->children)
-                geometry->ints.push_back(static_cast<int>(IntegerOf(m_nodes[c])));
-        if (const Node* values = Child(node, "Values"))
-            for (size_t c : values->children)
-                geometry->Extras().values.push_back(FloatOf(m_nodes[c]));
-        if (const Node* text = Child(node, "String"))
-            geometry->Extras().text = Value(*text, 0).text;
+        FillGeometry(m_nodes, node, *geometry);
         LoadNested(node, geometry->slot, segment);
     }
 
@@ -566,7 +749,7 @@ private:
             link = m_db.AddNamedStyle(owner, Value(node, 0).text, Value(node, 1).text);
         } else {
             // Aimed at the root until the whole file is loaded.
-            size_t first = Child(node, "Item") ? 0 : 1;
+            size_t first = Child(node, Element::Item) ? 0 : 1;
             link = m_db.AddLink(owner, kind, m_root, Value(node, first).text,
                                 Value(node, first + 1).text);
             m_deferred.push_back({&node, segment, link});
@@ -577,15 +760,15 @@ private:
     // Attributes, keys and attached references nested in an item.
     void LoadNested(const Node& node, Slot item, Slot segment) {
         if (item == kNoSlot) return;
-        for (size_t c : node.children)
+        for (uint32_t c : node.children)
             LoadItem(m_nodes[c], segment, item);
         ApplyKey(node, item);
     }
 
     void ApplyKey(const Node& node, Slot slot) {
-        const Node* key = Child(node, "Key");
+        const Node* key = Child(node, Element::Key);
         if (!key) return;
-        std::string scope = Value(*key, 1).text;
+        std::string scope(Value(*key, 1).text);
         // A local key is registered with its owner, which must be current while renumbering.
         Slot owner = m_db.OwnerSegment(slot);
         if (owner != kNoSlot) m_db.OpenSegmentByKey(m_db.KeyOf(owner));
@@ -635,7 +818,7 @@ private:
             return;
         }
         Slot target = kNoSlot;
-        if (const Node* item = Child(node, "Item")) {
+        if (const Node* item = Child(node, Element::Item)) {
             const Segment* owner = m_db.GetSegment(SegmentAt(Value(*item, 0).text, false));
             long long index = IntegerOf(Value(*item, 1));
             target = owner ? owner->geometry.first : kNoSlot;
@@ -662,13 +845,13 @@ private:
 } // namespace
 
 bool LoadMetafileText(Database& db, std::string_view text, Slot segment, std::string& error) {
-    std::vector<Node> nodes;
-    if (!Parse(text, nodes, error) || !Checker(nodes).Check(error)) return false;
+    ParsedFile file;
+    if (!Parse(text, file, error) || !Checker(file.nodes).Check(error)) return false;
     if (!db.GetSegment(segment)) {
         error = "the segment to load into does not exist";
         return false;
     }
-    Loader(db, nodes).Load(segment);
+    Loader(db, file.nodes).Load(segment);
     return true;
 }
 

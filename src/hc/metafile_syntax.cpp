@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <unordered_map>
 
 #include "hc/text.h"
 
@@ -23,14 +24,18 @@ std::string ElementName(ContentKind kind) {
 }
 
 bool KindOfElement(std::string_view element, ContentKind& kind) {
-    for (size_t i = 0; i < kContentKindCount; ++i) {
-        auto candidate = static_cast<ContentKind>(i);
-        if (EqualsIgnoreCase(ElementName(candidate), element)) {
-            kind = candidate;
-            return true;
-        }
-    }
-    return false;
+    // Looked up for every element of a file: a table made once.
+    static const std::unordered_map<std::string, ContentKind> kKinds = [] {
+        std::unordered_map<std::string, ContentKind> kinds;
+        for (size_t i = 0; i < kContentKindCount; ++i)
+            kinds.emplace(ToLower(ElementName(static_cast<ContentKind>(i))),
+                          static_cast<ContentKind>(i));
+        return kinds;
+    }();
+    auto found = kKinds.find(ToLower(element));
+    if (found == kKinds.end()) return false;
+    kind = found->second;
+    return true;
 }
 
 std::string Quoted(std::string_view text) {

@@ -230,6 +230,7 @@ private:
             m_out += ")";
         }
         if (!geometry.Text().empty()) m_out += " (String " + Quoted(geometry.Text()) + ")";
+        if (geometry.extras && geometry.extras->shell) WriteShellDetails(*geometry.extras->shell);
         if (geometry.renumbered || geometry.attributes || !geometry.References().empty()) {
             m_out += "\n";
             WriteKey(geometry, depth + 1);
@@ -239,6 +240,39 @@ private:
             Indent(depth);
         }
         m_out += ")\n";
+    }
+
+    // A value that is not set is written as "nan" (a number that is no coordinate).
+    template <typename Optional>
+    void WriteTriples(const char* element, const std::vector<Optional>& triples) {
+        if (triples.empty()) return;
+        m_out += std::string(" (") + element;
+        for (const auto& t : triples)
+            m_out +=
+                t ? " " + Number(t->x) + " " + Number(t->y) + " " + Number(t->z) : " nan nan nan";
+        m_out += ")";
+    }
+
+    template <typename Integer>
+    void WriteIntegers(const char* element, const std::vector<Integer>& values) {
+        if (values.empty()) return;
+        m_out += std::string(" (") + element;
+        for (Integer v : values)
+            m_out += " " + std::to_string(int(v));
+        m_out += ")";
+    }
+
+    void WriteShellDetails(const ShellDetails& details) {
+        WriteIntegers("Regions", details.regions);
+        WriteTriples("Face_Colors", details.faceColors);
+        WriteIntegers("Edge_Visibilities", details.edgeVisibilities);
+        WriteTriples("Vertex_Normals", details.vertexNormals);
+        if (!details.lodTypes.empty()) {
+            m_out += " (Lods";
+            for (const std::string& type : details.lodTypes)
+                m_out += " " + Quoted(type);
+            m_out += ")";
+        }
     }
 
     bool Inside(Slot segment) const {

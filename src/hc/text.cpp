@@ -100,7 +100,7 @@ std::string ParseField(std::string_view text, std::string_view delimiter, int of
 void CopyOut(std::string_view text, char* buffer) {
     if (!buffer) return;
     size_t n = text.size() < HC_TEXT_MAX - 1 ? text.size() : HC_TEXT_MAX - 1;
-    std::memcpy(buffer, text.data(), n);
+    if (n) std::memcpy(buffer, text.data(), n);
     buffer[n] = '\0';
 }
 

@@ -15,6 +15,10 @@ TEST_F(Attributes, SettingMergesOptionByOptionAndUnsetRemovesTheWhole) {
     HC_Set_Color("faces=red, edges=blue");
     HC_Set_Color("Edges = green, lines=black");
     EXPECT_EQ(ShowColor(), "faces=red,edges=green,lines=black");
+    HC_Set_Color("blue");
+    EXPECT_EQ(ShowColor(), "blue") << "a colour named alone colours everything";
+    HC_Set_Color("faces=red, edges=blue");
+    HC_Set_Color("Edges = green, lines=black");
     EXPECT_EQ(HC_Show_Existence("color"), 1);
     HC_UnSet_Color();
     EXPECT_EQ(HC_Show_Existence("color"), 0);
@@ -39,7 +43,7 @@ TEST_F(Attributes, AnOpenGeometryItemTakesTheAttributesInsteadOfItsSegment) {
     HC_End_Open_Item_Search();
     HC_Close_Geometry();
     EXPECT_EQ(open,
-              (std::vector<std::pair<std::string, HC_KEY>>{{"shell", shell}, {"segment", a}}));
+              (std::vector<std::pair<std::string, HC_KEY>>{{"geometry", shell}, {"segment", a}}));
     EXPECT_EQ(HC_Show_Existence("color"), 0);
     HC_Close_Segment();
 }
@@ -320,13 +324,17 @@ TEST_F(AttributeKinds, ConditionalActionsAcceptTheBracketsOfTheirShownForm) {
     HC_Open_Segment("/a");
     HC_Set_Conditional_Action("Priority = 3", "hot");
     // What a shown list looks like, taken apart the way an edited line is.
-    HC_Set_Conditional_Action("(show = segment))", "(cold) ");
+    HC_Set_Conditional_Action("(show = segment)", "(cold) ");
+    HC_Set_Conditional_Action("highlight = (color=red)", "(a | b) & c");
     char types[HC_TEXT_MAX], options[HC_TEXT_MAX], condition[HC_TEXT_MAX];
     HC_Show_Cond_Action_Types(types);
-    EXPECT_STREQ(types, "priority,show");
+    EXPECT_STREQ(types, "priority,show,highlight");
     HC_Show_One_Conditional_Action("show", options, condition);
     EXPECT_STREQ(options, "segment");
     EXPECT_STREQ(condition, "cold");
+    HC_Show_One_Conditional_Action("highlight", options, condition);
+    EXPECT_STREQ(options, "(color=red)") << "inner parentheses stay";
+    EXPECT_STREQ(condition, "(a | b) & c");
     HC_Set_Conditional_Action("priority = 5", "warm");
     HC_Show_One_Conditional_Action("PRIORITY", options, condition);
     EXPECT_STREQ(options, "5");

@@ -402,6 +402,13 @@ TEST_F(Geometry, VertexEdgeAndFaceAttributesAnswerExistence) {
     EXPECT_EQ(present(), (std::vector<int>{1, 1, 1}));
     EXPECT_EQ(HC_Show_Existence_By_Key(shell, "VERTEX ATTRIBUTES, Face Attributes"), 2);
     EXPECT_EQ(HC_Show_Existence("vertex attributes"), 0) << "a segment has none";
+    hc::Geometry copy(hc::ContentKind::Shell);
+    hc::CopyGeometryData(Item(shell), copy);
+    std::vector<std::string> unknown;
+    EXPECT_EQ(hc::CountDetails(copy, hc::Filter::Parse("vertex attributes, edge attributes, "
+                                                       "face attributes",
+                                                       unknown)),
+              3);
     EXPECT_EQ(TakeErrors(), std::vector<std::string>{});
 
     // Deleting point 1 takes face 0 (0 1 2) with it; face 1 (now 0 1 2) keeps its colour and its

@@ -1,6 +1,9 @@
+#include <fstream>
 #include <random>
+#include <sstream>
 
 #include "hc/database.h"
+#include "hc/geometry_data.h"
 #include "hc/metafile.h"
 #include "hc_test.h"
 
@@ -8,6 +11,28 @@ namespace {
 
 // Builds a random scene below the open segment: subsegments (some nameless), every attribute
 // kind, every geometry kind's data, definitions, includes, styles, named styles, references.
+// Every geometry item of examples/showcase.hmf, one of each kind.
+const std::vector<std::unique_ptr<hc::Geometry>>& Templates() {
+    static const std::vector<std::unique_ptr<hc::Geometry>> templates = [] {
+        std::ifstream in(std::string(OBSIDRA_SOURCE_DIR) + "/examples/showcase.hmf");
+        std::stringstream text;
+        text << in.rdbuf();
+        hc::Database scratch;
+        std::string error;
+        hc::LoadMetafileText(scratch, text.str(), scratch.Root(), error);
+        std::vector<std::unique_ptr<hc::Geometry>> items;
+        std::vector<std::string> unknown;
+        for (hc::Found found : scratch.Contents(
+                 scratch.Root(), hc::Filter::Parse("geometry", unknown), true, false)) {
+            const auto& source = static_cast<const hc::Geometry&>(*scratch.Get(found.slot));
+            items.push_back(std::make_unique<hc::Geometry>(source.type));
+            hc::CopyGeometryData(source, *items.back());
+        }
+        return items;
+    }();
+    return templates;
+}
+
 class RandomScene {
 public:
     explicit RandomScene(unsigned seed) : m_random(seed) {}
@@ -102,16 +127,10 @@ private:
                 HC_Reference_Geometry_By_Key(m_items[Next(0, int(m_items.size()) - 1)]);
             break;
         default: {
-            // Any kind's data: the metafile keeps whatever an item holds.
-            auto kind = static_cast<hc::ContentKind>(
-                Next(static_cast<int>(hc::kFirstGeometry), static_cast<int>(hc::kLastGeometry)));
-            hc::Geometry* item = db.AddGeometry(db.CurrentSegment(), kind);
-            for (int i = Next(1, 5); i > 0; --i)
-                item->points.push_back(Point());
-            for (int i = Next(0, 4); i > 0; --i)
-                item->ints.push_back(Next(-5, 5));
-            if (Next(0, 1)) item->Extras().values = {Real(), Real()};
-            if (Next(0, 1)) item->Extras().text = Word();
+            // An item of any kind, copied from the bundled showcase.
+            const hc::Geometry& model = *Templates()[Next(0, int(Templates().size()) - 1)];
+            hc::Geometry* item = db.AddGeometry(db.CurrentSegment(), model.type);
+            hc::CopyGeometryData(model, *item);
             HC_KEY key = db.KeyOf(item->slot);
             if (Next(0, 3) == 0) {
                 HC_Open_Geometry(key);
