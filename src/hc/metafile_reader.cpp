@@ -119,7 +119,7 @@ bool Parse(std::string_view input, ParsedFile& file, std::string& error) {
         if (c == '\n') {
             ++line;
             lineStart = ++i;
-        } else if (c == ' ' || c == '\t' || c == '\r') {
+        } else if (std::isspace(static_cast<unsigned char>(c))) {
             ++i;
         } else if (c == ';') {
             while (i < text.size() && text[i] != '\n')

@@ -92,6 +92,7 @@ TEST_F(Metafiles, BrokenFilesLoadNothingAndSayWhere) {
         {"(Marker (Points 1 2 x))", "line 1, column 21: \"x\" is not a number"},
         {"( 1 2 3)", "line 1, column 1: a bare ( ... ) belongs only in a (Camera"},
         {"stray", "line 1, column 1: a value outside any element"},
+        {"(Segment \"a\"\v\f) x", "line 1, column 17: a value outside any element"},
         {"(Segment \"a/b\")", "line 1, column 1: \"a/b\" cannot be a segment name"},
         {"(Shell (Segment \"x\"))", "line 1, column 8: (Segment does not belong in (Shell"},
         {"(Points 1 2 3)", "line 1, column 1: (Points does not belong at the top"},
