@@ -6,48 +6,25 @@ namespace hc {
 
 namespace {
 
-bool Balanced(std::string_view text) {
-    int depth = 0;
-    char quote = 0;
-    for (char c : text) {
-        if (quote) {
-            if (c == quote) quote = 0;
-        } else if (c == '"' || c == '\'' || c == '`') {
-            quote = c;
-        } else if (c == '(') {
-            ++depth;
-        } else if (c == ')' && --depth < 0) {
-            return false;
-        }
-    }
-    return depth == 0 && quote == 0;
-}
-
-size_t FindOutsideQuotes(std::string_view text, char wanted) {
-    char quote = 0;
-    for (size_t i = 0; i < text.size(); ++i) {
-        char c = text[i];
-        if (quote) {
-            if (c == quote) quote = 0;
-        } else if (c == '"' || c == '\'' || c == '`') {
-            quote = c;
-        } else if (c == wanted) {
-            return i;
-        }
-    }
-    return std::string_view::npos;
+// The first separator outside quotes and parentheses, or npos.
+size_t FindTopLevel(std::string_view text, char wanted) {
+    size_t found = std::string_view::npos;
+    ScanOutsideQuotes(text, [&](size_t i, int depth) {
+        if (found == std::string_view::npos && depth == 0 && text[i] == wanted) found = i;
+    });
+    return found;
 }
 
 } // namespace
 
 bool OptionList::Parse(std::string_view text, OptionList& result) {
     result.m_options.clear();
-    if (!Balanced(text)) return false;
+    if (!ScanOutsideQuotes(text, [](size_t, int) {})) return false;
     OptionList parsed;
     for (std::string_view item : SplitList(text, ',')) {
         if (item.empty()) continue;
         Option option;
-        size_t equals = FindOutsideQuotes(item, '=');
+        size_t equals = FindTopLevel(item, '=');
         std::string_view name = item.substr(0, equals);
         if (equals != std::string_view::npos)
             option.value = std::string(Trim(item.substr(equals + 1)));

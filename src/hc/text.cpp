@@ -53,24 +53,13 @@ std::string CollapseBlanks(std::string_view text) {
 
 std::vector<std::string_view> SplitList(std::string_view text, char separator) {
     std::vector<std::string_view> items;
-    int depth = 0;
-    char quote = 0;
     size_t start = 0;
-    for (size_t i = 0; i < text.size(); ++i) {
-        char c = text[i];
-        if (quote) {
-            if (c == quote) quote = 0;
-        } else if (c == '"' || c == '\'' || c == '`') {
-            quote = c;
-        } else if (c == '(') {
-            ++depth;
-        } else if (c == ')') {
-            if (depth > 0) --depth;
-        } else if (c == separator && depth == 0) {
+    ScanOutsideQuotes(text, [&](size_t i, int depth) {
+        if (text[i] == separator && depth == 0) {
             items.push_back(Trim(text.substr(start, i - start)));
             start = i + 1;
         }
-    }
+    });
     std::string_view last = Trim(text.substr(start));
     if (!last.empty() || !items.empty()) items.push_back(last);
     return items;

@@ -12,6 +12,35 @@ bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 std::string_view Trim(std::string_view text);
 // Trims and folds every run of blanks into one blank.
 std::string CollapseBlanks(std::string_view text);
+// Walks text as option strings and filters are read: a quoted text ("...", '...' or `...`) is
+// passed over whole, and visit(index, depth) is called for every other character with the depth of
+// parentheses around it (a ')' that closes nothing leaves the depth at 0). Returns whether every
+// quote and parenthesis was closed and no ')' was left over.
+template <typename Visit>
+bool ScanOutsideQuotes(std::string_view text, Visit&& visit) {
+    int depth = 0;
+    char quote = 0;
+    bool balanced = true;
+    for (size_t i = 0; i < text.size(); ++i) {
+        char c = text[i];
+        if (quote) {
+            if (c == quote) quote = 0;
+            continue;
+        }
+        if (c == '"' || c == '\'' || c == '`') {
+            quote = c;
+            continue;
+        }
+        if (c == ')') {
+            if (depth == 0) balanced = false;
+            depth = depth > 0 ? depth - 1 : 0;
+        }
+        visit(i, depth);
+        if (c == '(') ++depth;
+    }
+    return balanced && depth == 0 && quote == 0;
+}
+
 // Splits at the separator where it stands outside parentheses and quotes; items are trimmed.
 std::vector<std::string_view> SplitList(std::string_view text, char separator);
 // The key as "%llX" prints it: upper-case hexadecimal, negative keys as 16 digits.
