@@ -144,7 +144,7 @@ HC_KEY HC_Create_Segment(const char* segment) {
 void HC_Delete_Segment(const char* segment) {
     HC_API(HC_Delete_Segment);
     Database& db = Current();
-    for (Slot slot : db.ResolveSpec(Text(segment)))
+    for (Slot slot : db.ResolvePattern(Text(segment)))
         db.DeleteObject(slot);
 }
 

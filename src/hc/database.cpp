@@ -437,12 +437,12 @@ Slot Database::ResolvePathFrom(Slot segment, std::string_view path, bool create)
     return segment;
 }
 
-std::vector<Slot> Database::ResolveSpec(std::string_view spec) {
-    spec = Trim(spec);
-    auto [base, last] = SplitLast(spec);
+std::vector<Slot> Database::ResolvePattern(std::string_view pattern) {
+    pattern = Trim(pattern);
+    auto [base, last] = SplitLast(pattern);
     std::vector<Slot> result;
     if (last != "*" && last != "...") {
-        if (Slot s = ResolvePath(spec, false); s != kNoSlot) result.push_back(s);
+        if (Slot s = ResolvePath(pattern, false); s != kNoSlot) result.push_back(s);
         return result;
     }
     Slot segment = ResolvePath(base.empty() ? "." : base, false);
@@ -547,7 +547,7 @@ void Database::CopySegment(std::string_view oldPath, std::string_view newPath) {
     auto [newBase, newLast] = SplitLast(Trim(newPath));
     bool children = oldLast == "*";
     std::vector<Slot> sources =
-        children ? ResolveSpec(oldPath) : std::vector<Slot>{ResolvePath(oldPath, false)};
+        children ? ResolvePattern(oldPath) : std::vector<Slot>{ResolvePath(oldPath, false)};
     if (!sources.empty() && sources.front() == kNoSlot) return;
     if (!children) {
         if (newLast == "*") {
@@ -629,12 +629,12 @@ void Database::CopyObject(const Object& source, Slot destination) {
     }
 }
 
-void Database::FlushContents(std::string_view spec, std::string_view filterText) {
+void Database::FlushContents(std::string_view pattern, std::string_view filterText) {
     std::vector<std::string> unknown;
     Filter filter = Filter::Parse(filterText, unknown);
     for (const std::string& word : unknown)
         ReportError("unknown content type \"" + word + "\"");
-    for (Slot segment : ResolveSpec(spec))
+    for (Slot segment : ResolvePattern(pattern))
         if (GetSegment(segment)) FlushSegment(segment, filter);
 }
 

@@ -75,14 +75,14 @@ public:
     Slot ResolvePathFrom(Slot base, std::string_view path, bool create);
     // The named child of a segment, made if missing; "" makes a new nameless child.
     Slot FindOrMakeChild(Slot owner, std::string_view name);
-    // Expands a segment specification: a path, optionally ending in "*" (the children) or "..."
+    // Expands a segment pattern: a path, optionally ending in "*" (the children) or "..."
     // (the segment and everything below it).
-    std::vector<Slot> ResolveSpec(std::string_view spec);
+    std::vector<Slot> ResolvePattern(std::string_view pattern);
     void DeleteObject(Slot slot);
     void RenameSegment(std::string_view oldPath, std::string_view newPath);
     void MoveObject(Slot slot, std::string_view newOwnerPath);
     void CopySegment(std::string_view oldPath, std::string_view newPath);
-    void FlushContents(std::string_view spec, std::string_view filter);
+    void FlushContents(std::string_view pattern, std::string_view filter);
 
     // --- Links ------------------------------------------------------------------------------
     // An include, style or reference in a segment, or a reference attached to a geometry item.
