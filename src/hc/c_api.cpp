@@ -231,7 +231,7 @@ void HC_Begin_Contents_Search(const char* scope, const char* filter) {
 
 bool HC_Find_Contents(char* type, HC_KEY* key) {
     HC_API(HC_Find_Contents);
-    std::string word;
+    std::string_view word;
     HC_KEY found = 0;
     bool more = Current().FindContents(word, found);
     CopyOut(word, type);

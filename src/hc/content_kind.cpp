@@ -85,18 +85,23 @@ Filter Filter::Parse(std::string_view text, std::vector<std::string>& unknownWor
     return filter;
 }
 
+// Contents searches ask these once per segment: one AND of a few words each.
 bool Filter::HasAnyGeometry() const {
-    for (size_t i = static_cast<size_t>(kFirstGeometry); i <= static_cast<size_t>(kLastGeometry);
-         ++i)
-        if (m_kinds.test(i)) return true;
-    return false;
+    static const std::bitset<kContentKindCount> kGeometry = [] {
+        std::bitset<kContentKindCount> bits;
+        SetWhere(bits, true, IsGeometry);
+        return bits;
+    }();
+    return (m_kinds & kGeometry).any();
 }
 
 bool Filter::HasAnyAttribute() const {
-    for (size_t i = static_cast<size_t>(kFirstAttribute); i <= static_cast<size_t>(kLastAttribute);
-         ++i)
-        if (m_kinds.test(i)) return true;
-    return false;
+    static const std::bitset<kContentKindCount> kAttributes = [] {
+        std::bitset<kContentKindCount> bits;
+        SetWhere(bits, true, IsAttribute);
+        return bits;
+    }();
+    return (m_kinds & kAttributes).any();
 }
 
 } // namespace hc

@@ -151,13 +151,21 @@ Slot Database::OwnerSegment(Slot slot) const {
 
 std::string Database::Pathname(Slot slot) const {
     if (slot == Root()) return "/";
-    std::vector<const Segment*> levels;
+    // Measured on the way up, then written from the end: one allocation, no list of levels.
+    auto level = [this](const Segment& s) {
+        return s.name.empty() ? "@" + KeyText(OriginalKey(s.slot)) : std::string();
+    };
+    size_t length = 0;
     for (const Segment* s = GetSegment(slot); s && s->slot != Root(); s = GetSegment(s->owner))
-        levels.push_back(s);
-    std::string path;
-    for (auto it = levels.rbegin(); it != levels.rend(); ++it) {
-        path += '/';
-        path += (*it)->name.empty() ? "@" + KeyText(OriginalKey((*it)->slot)) : (*it)->name;
+        length += 1 + (s->name.empty() ? level(*s).size() : s->name.size());
+    std::string path(length, '/');
+    size_t end = length;
+    for (const Segment* s = GetSegment(slot); s && s->slot != Root(); s = GetSegment(s->owner)) {
+        const std::string nameless = s->name.empty() ? level(*s) : std::string();
+        const std::string& name = s->name.empty() ? nameless : s->name;
+        end -= name.size();
+        path.replace(end, name.size(), name);
+        --end;
     }
     return path;
 }
@@ -870,20 +878,21 @@ bool Database::VisitContents(const Segment& segment, const Filter& filter, Visit
         return false;
     for (ContentKind type : {ContentKind::Include, ContentKind::Style, ContentKind::NamedStyle,
                              ContentKind::Reference}) {
-        if (filter.Has(type) &&
+        if (segment.links.first != kNoSlot && filter.Has(type) &&
             !walk(segment.links, [type](const Object& o) { return o.type == type; }))
             return false;
     }
-    if (filter.HasAnyGeometry() &&
+    if (segment.geometry.first != kNoSlot && filter.HasAnyGeometry() &&
         !walk(segment.geometry, [&filter](const Object& o) { return filter.Has(o.type); }))
         return false;
-    for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k) {
+    for (size_t k = size_t(kFirstDefinition); segment.definitions && k <= size_t(kLastDefinition);
+         ++k) {
         auto kind = ContentKind(k);
         if (filter.Has(kind) && !segment.DefinitionsOf(kind).empty() &&
             !visit(Found{segment.slot, kind}))
             return false;
     }
-    if (filter.HasAnyAttribute() && segment.attributes) {
+    if (segment.attributes && filter.HasAnyAttribute()) {
         for (const Attribute& attribute : segment.attributes->Items())
             if (filter.Has(attribute.kind) && !visit(Found{segment.slot, attribute.kind}))
                 return false;
@@ -960,7 +969,7 @@ void Database::BeginContentsSearch(std::string_view scope, std::string_view filt
     m_searches.push_back({Contents(segment, filter, subtree, throughIncludes), 0});
 }
 
-bool Database::FindContents(std::string& type, HC_KEY& key) {
+bool Database::FindContents(std::string_view& type, HC_KEY& key) {
     if (m_searches.empty()) {
         ReportError("no contents search has been begun");
         return false;

@@ -154,7 +154,7 @@ public:
     int Count(Slot slot, const Filter& filter) const;
 
     void BeginContentsSearch(std::string_view scope, std::string_view filter);
-    bool FindContents(std::string& type, HC_KEY& key);
+    bool FindContents(std::string_view& type, HC_KEY& key);
     int ContentsCount() const;
     void EndContentsSearch();
 

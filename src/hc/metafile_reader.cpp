@@ -10,6 +10,7 @@
 #include <optional>
 #include <span>
 #include <sstream>
+#include <unordered_map>
 
 #include "hc/error.h"
 #include "hc/geometry_data.h"
@@ -203,10 +204,15 @@ bool Parse(std::string_view input, ParsedFile& file, std::string& error) {
     std::vector<uint32_t> fill = begin;
     for (size_t n = 1; n < nodes.size(); ++n)
         file.childIndex[fill[nodes[n].parent]++] = static_cast<uint32_t>(n);
+    // Files repeat a few element names many times: each spelling is looked up once.
+    std::unordered_map<std::string_view, std::pair<Element, ContentKind>> known;
     for (size_t n = 0; n < nodes.size(); ++n) {
         nodes[n].children = {file.childIndex.data() + begin[n], counts[n]};
-        if (n > 0 && nodes[n].type == Node::List)
-            nodes[n].element = ElementOf(nodes[n].text, nodes[n].kind);
+        if (n == 0 || nodes[n].type != Node::List) continue;
+        auto [entry, added] = known.try_emplace(nodes[n].text);
+        if (added) entry->second.first = ElementOf(nodes[n].text, entry->second.second);
+        nodes[n].element = entry->second.first;
+        nodes[n].kind = entry->second.second;
     }
     return true;
 }

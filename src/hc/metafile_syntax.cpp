@@ -1,5 +1,6 @@
 #include "hc/metafile_syntax.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <unordered_map>
@@ -63,12 +64,10 @@ std::string Quoted(std::string_view text) {
 }
 
 std::string Number(float value) {
+    // The shortest text that reads back as the same float.
     char buffer[32];
-    for (int precision = 6; precision <= 9; ++precision) {
-        std::snprintf(buffer, sizeof buffer, "%.*g", precision, static_cast<double>(value));
-        if (std::strtof(buffer, nullptr) == value) break;
-    }
-    return buffer;
+    auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return error == std::errc{} ? std::string(buffer, end) : std::string("nan");
 }
 
 } // namespace hc::metafile
