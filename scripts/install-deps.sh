@@ -1,13 +1,28 @@
 #!/usr/bin/env bash
 # Installs, from Debian's packages, everything the build and the tests need. Idempotent: packages
 # already present are left alone and apt is not asked at all when nothing is missing.
+#   --bench  also the peers that bench/peers compares against (Coin3D 4, OpenSceneGraph 3.6)
 set -euo pipefail
+
+bench=0
+for arg in "$@"; do
+    case "$arg" in
+    --bench) bench=1 ;;
+    *)
+        echo "usage: $0 [--bench]" >&2
+        exit 2
+        ;;
+    esac
+done
 
 packages=(
     build-essential cmake ninja-build pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
+    libifcplusplus-dev libboost-dev
     clang-format
+    clang libclang-rt-14-dev
 )
+((bench)) && packages+=(libcoin-dev libopenscenegraph-dev)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -15,4 +15,19 @@ for preset in default asan; do
     echo "== ${preset}: test"
     ctest --preset "$preset" -j "$jobs" || status=1
 done
+# A short run of each fuzz target over the bundled examples; any crash, leak or hang fails.
+echo "== fuzz: configure, build and run"
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz -j "$jobs"
+corpus=$(mktemp -d)
+cp examples/*.hmf "$corpus"/
+for target in metafile_fuzzer attribute_set_fuzzer; do
+    if ! build/fuzz/tests/fuzz/$target -max_total_time=30 -max_len=4096 -timeout=10 \
+            -artifact_prefix=build/fuzz/ "$corpus" >build/fuzz/$target.log 2>&1; then
+        tail -n 40 build/fuzz/$target.log
+        status=1
+    fi
+    echo "fuzz: $target: $(grep -o 'Done [0-9]* runs' build/fuzz/$target.log || echo failed)"
+done
+rm -rf "$corpus"
 exit $status

@@ -12,6 +12,7 @@ using Command = int (*)(const std::vector<std::string>& args, std::ostream& out,
 int TreeCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ShowcaseCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int IfcCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 // Loads a scene file into "/" of the database; false (with the reason on err) when it cannot.
 bool LoadScene(const std::string& file, std::ostream& err);

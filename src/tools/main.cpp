@@ -17,6 +17,8 @@ constexpr Entry kCommands[] = {
      "tree FILE [--depth N]   print the segment tree: names, keys, contents counts"},
     {"convert", obsidra::tools::ConvertCommand,
      "convert IN OUT.hmf      read a scene and write it as a metafile"},
+    {"ifc", obsidra::tools::IfcCommand,
+     "ifc FILE.ifc [--tree]   import an IFC building: storeys, categories, scene tree"},
     {"showcase", obsidra::tools::ShowcaseCommand,
      "showcase OUT.hmf        write a scene with every kind of geometry"},
 };
