@@ -13,6 +13,9 @@ int TreeCommand(const std::vector<std::string>& args, std::ostream& out, std::os
 int ShowcaseCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int IfcCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int BrowseCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int SearchCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int InfoCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 // Loads a scene file into "/" of the database; false (with the reason on err) when it cannot.
 bool LoadScene(const std::string& file, std::ostream& err);

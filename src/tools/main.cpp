@@ -19,6 +19,12 @@ constexpr Entry kCommands[] = {
      "convert IN OUT.hmf      read a scene and write it as a metafile"},
     {"ifc", obsidra::tools::IfcCommand,
      "ifc FILE.ifc [--tree]   import an IFC building: storeys, categories, scene tree"},
+    {"browse", obsidra::tools::BrowseCommand,
+     "browse FILE [--depth N] print the segment browser's tree, expanded N levels (3)"},
+    {"search", obsidra::tools::SearchCommand,
+     "search FILE KIND TEXT   run a segment browser search and list the nodes it reveals"},
+    {"info", obsidra::tools::InfoCommand,
+     "info FILE PATH|KEY      the segment browser's information lines of an object"},
     {"showcase", obsidra::tools::ShowcaseCommand,
      "showcase OUT.hmf        write a scene with every kind of geometry"},
 };
