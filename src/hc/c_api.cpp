@@ -180,7 +180,14 @@ void HC_Show_Segment(HC_KEY key, char* pathname) {
     Database& db = Current();
     Slot slot = db.Require(key);
     if (slot != kNoSlot && !db.GetSegment(slot)) slot = db.OwnerSegment(slot);
-    CopyOut(slot == kNoSlot ? std::string() : db.Pathname(slot), pathname);
+    // Callers ask this once per item of long searches: the text's capacity is kept between
+    // calls (the database is single-threaded).
+    static std::string path;
+    if (slot == kNoSlot)
+        path.clear();
+    else
+        db.Pathname(slot, path);
+    CopyOut(path, pathname);
 }
 
 // --- Keys ----------------------------------------------------------------------------------------

@@ -76,17 +76,6 @@ Slot Database::Require(HC_KEY key) const {
     return slot;
 }
 
-Segment* Database::GetSegment(Slot slot) const {
-    Object* object = Get(slot);
-    return object && object->kind == ObjectKind::Segment ? static_cast<Segment*>(object) : nullptr;
-}
-
-HC_KEY Database::KeyOf(Slot slot) const {
-    const Object* object = Get(slot);
-    if (!object) return 0;
-    return object->renumbered ? m_userKeys.at(slot).key : OriginalKey(slot);
-}
-
 HC_KEY Database::Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope) {
     Slot slot = Require(oldKey);
     if (slot == kNoSlot) return 0;
@@ -150,24 +139,31 @@ Slot Database::OwnerSegment(Slot slot) const {
 }
 
 std::string Database::Pathname(Slot slot) const {
-    if (slot == Root()) return "/";
-    // Measured on the way up, then written from the end: one allocation, no list of levels.
-    auto level = [this](const Segment& s) {
-        return s.name.empty() ? "@" + KeyText(OriginalKey(s.slot)) : std::string();
-    };
+    std::string path;
+    Pathname(slot, path);
+    return path;
+}
+
+void Database::Pathname(Slot slot, std::string& path) const {
+    if (slot == Root()) {
+        path.assign("/");
+        return;
+    }
+    // Measured on the way up, then written from the end: no list of levels, and no allocation
+    // when path is large enough already.
+    auto nameless = [](const Segment& s) { return "@" + KeyText(OriginalKey(s.slot)); };
     size_t length = 0;
     for (const Segment* s = GetSegment(slot); s && s->slot != Root(); s = GetSegment(s->owner))
-        length += 1 + (s->name.empty() ? level(*s).size() : s->name.size());
-    std::string path(length, '/');
+        length += 1 + (s->name.empty() ? nameless(*s).size() : s->name.size());
+    path.assign(length, '/');
     size_t end = length;
     for (const Segment* s = GetSegment(slot); s && s->slot != Root(); s = GetSegment(s->owner)) {
-        const std::string nameless = s->name.empty() ? level(*s) : std::string();
-        const std::string& name = s->name.empty() ? nameless : s->name;
+        const std::string generated = s->name.empty() ? nameless(*s) : std::string();
+        const std::string& name = s->name.empty() ? generated : s->name;
         end -= name.size();
         path.replace(end, name.size(), name);
         --end;
     }
-    return path;
 }
 
 // --- Object bookkeeping ----------------------------------------------------------------------

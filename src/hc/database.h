@@ -43,15 +43,29 @@ public:
     Object* Get(Slot slot) const {
         return slot < m_objects.size() ? m_objects[slot].get() : nullptr;
     }
-    Segment* GetSegment(Slot slot) const;
+    // Inline: walks and searches ask this once per object.
+    Segment* GetSegment(Slot slot) const {
+        Object* object = Get(slot);
+        return object && object->kind == ObjectKind::Segment ? static_cast<Segment*>(object)
+                                                             : nullptr;
+    }
     // The key an object answers to now: its renumbered key, or else its original key.
-    HC_KEY KeyOf(Slot slot) const;
+    // Without renumbered keys in the database the object itself is not read: long searches
+    // then touch only the slot table.
+    HC_KEY KeyOf(Slot slot) const {
+        const Object* object = Get(slot);
+        if (!object) return 0;
+        if (m_userKeys.empty()) return OriginalKey(slot);
+        return object->renumbered ? RenumberedKey(slot) : OriginalKey(slot);
+    }
     HC_KEY Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope);
     // Whether the object goes by a key that is unique only within its owner.
     bool HasLocalKey(Slot slot) const;
     // The segment that holds an object (for an attached reference, its geometry's segment).
     Slot OwnerSegment(Slot slot) const;
     std::string Pathname(Slot segment) const;
+    // As above, into path, whose capacity a caller asking often can keep.
+    void Pathname(Slot segment, std::string& path) const;
     Slot Root() const { return 0; }
     size_t LiveObjects() const { return m_live; }
 
@@ -182,6 +196,7 @@ private:
         }
     };
 
+    HC_KEY RenumberedKey(Slot slot) const { return m_userKeys.at(slot).key; }
     Slot Adopt(ObjectPtr object, Slot owner);
     ChildList& ListFor(Segment& owner, const Object& object);
     void Append(ChildList& list, Slot slot);

@@ -1,6 +1,6 @@
 // Bounding of the scene: cached per segment, made stale upwards (to owners and to the segments
 // that include or reference what changed) and computed again on demand, without recursion.
-#include <unordered_set>
+#include <algorithm>
 
 #include "hc/database.h"
 #include "hc/geometry_bounds.h"
@@ -87,7 +87,13 @@ Box Database::SegmentBounds(Slot slot) {
         bool expanded;
     };
     std::vector<Frame> pending{{slot, false}};
-    std::unordered_set<Slot> computing;
+    // The segments being computed form a chain from slot down (post-order finishes the last
+    // one begun first), as short as the tree is deep: a vector, not a hash set, so that an
+    // edit's recomputation of a few segments allocates almost nothing.
+    std::vector<Slot> computing;
+    auto isComputing = [&computing](Slot s) {
+        return std::find(computing.rbegin(), computing.rend(), s) != computing.rend();
+    };
     auto dependencies = [this](const Segment& segment, auto&& visit) {
         for (Slot c = segment.segments.first; c != kNoSlot; c = m_objects[c]->next)
             visit(c);
@@ -108,10 +114,10 @@ Box Database::SegmentBounds(Slot slot) {
         }
         if (!frame.expanded) {
             frame.expanded = true;
-            computing.insert(frame.segment);
+            computing.push_back(frame.segment);
             std::vector<Frame> next;
             dependencies(segment, [&](Slot d) {
-                if (GetSegment(d)->boundsStale && !computing.count(d)) next.push_back({d, false});
+                if (GetSegment(d)->boundsStale && !isComputing(d)) next.push_back({d, false});
             });
             pending.insert(pending.end(), next.begin(), next.end());
             continue;
@@ -133,7 +139,7 @@ Box Database::SegmentBounds(Slot slot) {
         }
         segment.bounds = box;
         segment.boundsStale = false;
-        computing.erase(frame.segment);
+        computing.erase(std::find(computing.begin(), computing.end(), frame.segment));
         pending.pop_back();
     }
     return GetSegment(slot)->bounds;
