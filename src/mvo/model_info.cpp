@@ -1,6 +1,6 @@
 #include "mvo/model_info.h"
 
-#include <unordered_set>
+#include <algorithm>
 
 #include "hc/database.h"
 
@@ -131,34 +131,40 @@ void HModelInfo::ComputeModelInfo(HC_KEY key, int /*options*/) {
         return;
     }
     if (object->kind != hc::ObjectKind::Segment) return;
-    // Depth first without recursion; a segment on the current include chain is not entered
-    // again, which ends include cycles.
+    // Depth first without recursion. Only includes can close a cycle, so only the segments that
+    // includes lead to (and the start) are remembered while they are being walked; an include of
+    // one of them is not followed again. Plain subsegments cost no bookkeeping.
     struct Frame {
         hc::Slot segment;
+        bool included;
         bool leaving;
     };
-    std::vector<Frame> pending{{start, false}};
-    std::unordered_set<hc::Slot> active;
+    std::vector<Frame> pending{{start, true, false}};
+    std::vector<hc::Slot> chain;
     while (!pending.empty()) {
         Frame frame = pending.back();
         pending.pop_back();
         if (frame.leaving) {
-            active.erase(frame.segment);
+            chain.pop_back();
             continue;
         }
         const hc::Segment* segment = db.GetSegment(frame.segment);
-        if (!segment || !active.insert(frame.segment).second) continue;
-        pending.push_back({frame.segment, true});
+        if (!segment) continue;
+        if (frame.included) {
+            if (std::find(chain.begin(), chain.end(), frame.segment) != chain.end()) continue;
+            chain.push_back(frame.segment);
+            pending.push_back({frame.segment, true, true});
+        }
         for (hc::Slot c = segment->geometry.first; c != hc::kNoSlot; c = db.Get(c)->next)
             AddItem(static_cast<const hc::Geometry&>(*db.Get(c)));
         for (hc::Slot c = segment->links.first; c != hc::kNoSlot; c = db.Get(c)->next) {
             const auto* link = static_cast<const hc::Link*>(db.Get(c));
             if (link->type == ContentKind::Include) {
                 hc::Slot target = db.LinkTarget(*link);
-                if (target != hc::kNoSlot) pending.push_back({target, false});
+                if (target != hc::kNoSlot) pending.push_back({target, true, false});
             }
         }
         for (hc::Slot c = segment->segments.first; c != hc::kNoSlot; c = db.Get(c)->next)
-            pending.push_back({c, false});
+            pending.push_back({c, false, false});
     }
 }
