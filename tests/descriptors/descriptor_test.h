@@ -8,6 +8,7 @@
 
 #include <obsidra/hc.h>
 
+#include "../hc/hc_test.h"
 #include "descriptors/descriptor_lists.h"
 
 inline bool operator==(const HC_POINT& a, const HC_POINT& b) {
@@ -24,26 +25,5 @@ inline HC_KEY InsertTriangle() {
     return HC_Insert_Shell(3, points, 4, faces);
 }
 
-// A fresh database for each test, with the error handler's messages collected, and helpers that
-// open the places descriptors work on.
-class DescriptorTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        HC_Reset_System();
-        Errors().clear();
-        HC_Define_Error_Handler(&Capture);
-    }
-    void TearDown() override { HC_Define_Error_Handler(nullptr); }
-
-    static std::vector<std::string>& Errors() {
-        static std::vector<std::string> errors;
-        return errors;
-    }
-    // The messages reported since the last call, emptied.
-    static std::vector<std::string> TakeErrors() { return std::exchange(Errors(), {}); }
-
-private:
-    static void Capture(const char* function, const char* message) {
-        Errors().push_back(std::string(function) + ": " + message);
-    }
-};
+// A fresh database for each test, with the error handler's messages collected.
+class DescriptorTest : public HcTest {};

@@ -9,6 +9,7 @@
 
 #include <obsidra/hc.h>
 
+#include "../hc/hc_test.h"
 #include "host/ifc/ifc_importer.h"
 
 namespace obsidra::host::ifc::testing {
@@ -17,21 +18,12 @@ inline std::string HousePath() {
     return OBSIDRA_TEST_DATA "/IfcOpenHouse_IFC4.ifc";
 }
 
-class IfcTest : public ::testing::Test {
+class IfcTest : public ::HcTest {
 protected:
-    void SetUp() override {
-        HC_Reset_System();
-        Errors().clear();
-        HC_Define_Error_Handler(&Capture);
-    }
+    // An import reports nothing to the scene database's error handler.
     void TearDown() override {
         EXPECT_TRUE(Errors().empty()) << "first scene database error: " << Errors().front();
-        HC_Define_Error_Handler(nullptr);
-    }
-
-    static std::vector<std::string>& Errors() {
-        static std::vector<std::string> errors;
-        return errors;
+        HcTest::TearDown();
     }
 
     // Imports the house under /ifc; the test stops when that fails.
@@ -41,27 +33,6 @@ protected:
         return result.building ? std::move(*result.building) : IfcBuilding{};
     }
 
-    static std::string Type(HC_KEY key) {
-        char type[HC_TEXT_MAX];
-        HC_Show_Key_Type(key, type);
-        return type;
-    }
-    static std::string Path(HC_KEY key) {
-        char path[HC_TEXT_MAX];
-        HC_Show_Segment(key, path);
-        return path;
-    }
-    // Every item of a contents search, as (type, key).
-    static std::vector<std::pair<std::string, HC_KEY>> List(const char* scope, const char* filter) {
-        std::vector<std::pair<std::string, HC_KEY>> items;
-        HC_Begin_Contents_Search(scope, filter);
-        char type[HC_TEXT_MAX];
-        HC_KEY key = 0;
-        while (HC_Find_Contents(type, &key))
-            items.emplace_back(type, key);
-        HC_End_Contents_Search();
-        return items;
-    }
     // A text attribute of a segment or geometry item, or "" when it is not set.
     template <typename Show>
     static std::string Attribute(HC_KEY key, const char* kind, Show show) {
@@ -86,11 +57,6 @@ protected:
     static std::string Colour(HC_KEY key) { return Attribute(key, "color", HC_Show_Color); }
     static std::string Visibility(HC_KEY key) {
         return Attribute(key, "visibility", HC_Show_Visibility);
-    }
-
-private:
-    static void Capture(const char* function, const char* message) {
-        Errors().push_back(std::string(function) + ": " + message);
     }
 };
 
