@@ -39,6 +39,7 @@ Database::~Database() = default;
 
 void Database::Reset() {
     m_objects.clear();
+    m_siblings.clear();
     m_names.Clear();
     m_incoming.clear();
     m_userKeys.clear();
@@ -174,6 +175,7 @@ Slot Database::Adopt(ObjectPtr object, Slot owner) {
     object->owner = owner;
     Object& adopted = *object;
     m_objects.push_back(std::move(object));
+    m_siblings.emplace_back();
     ++m_live;
     Object* ownerObject = Get(owner);
     if (!ownerObject) return slot;
@@ -200,11 +202,9 @@ ChildList& Database::ListFor(Segment& owner, const Object& object) {
 }
 
 void Database::Append(ChildList& list, Slot slot) {
-    Object& object = *m_objects[slot];
-    object.prev = list.last;
-    object.next = kNoSlot;
+    m_siblings[slot] = {list.last, kNoSlot};
     if (list.last != kNoSlot)
-        m_objects[list.last]->next = slot;
+        m_siblings[list.last].next = slot;
     else
         list.first = slot;
     list.last = slot;
@@ -212,16 +212,16 @@ void Database::Append(ChildList& list, Slot slot) {
 }
 
 void Database::Unlink(ChildList& list, Slot slot) {
-    Object& object = *m_objects[slot];
-    if (object.prev != kNoSlot)
-        m_objects[object.prev]->next = object.next;
+    const Siblings siblings = m_siblings[slot];
+    if (siblings.prev != kNoSlot)
+        m_siblings[siblings.prev].next = siblings.next;
     else
-        list.first = object.next;
-    if (object.next != kNoSlot)
-        m_objects[object.next]->prev = object.prev;
+        list.first = siblings.next;
+    if (siblings.next != kNoSlot)
+        m_siblings[siblings.next].prev = siblings.prev;
     else
-        list.last = object.prev;
-    object.prev = object.next = kNoSlot;
+        list.last = siblings.prev;
+    m_siblings[slot] = {};
     --list.count;
 }
 
@@ -264,7 +264,7 @@ void Database::DeleteObject(Slot slot) {
         if (object->kind == ObjectKind::Segment) {
             auto& segment = *static_cast<Segment*>(object);
             for (const ChildList* list : {&segment.segments, &segment.links, &segment.geometry})
-                for (Slot c = list->first; c != kNoSlot; c = m_objects[c]->next)
+                for (Slot c = list->first; c != kNoSlot; c = Next(c))
                     pending.push_back(c);
             if (segment.staticModel != kNoSlot) pending.push_back(segment.staticModel);
             if (s != slot && !segment.name.empty()) m_names.Erase(s, segment.owner, segment.name);
@@ -453,7 +453,7 @@ std::vector<Slot> Database::ResolvePattern(std::string_view pattern) {
     const Segment* owner = GetSegment(segment);
     if (!owner) return result;
     if (last == "*") {
-        for (Slot c = owner->segments.first; c != kNoSlot; c = m_objects[c]->next)
+        for (Slot c = owner->segments.first; c != kNoSlot; c = Next(c))
             result.push_back(c);
         return result;
     }
@@ -464,7 +464,7 @@ std::vector<Slot> Database::ResolvePattern(std::string_view pattern) {
         pending.pop_back();
         result.push_back(s);
         const Segment& seg = *GetSegment(s);
-        for (Slot c = seg.segments.last; c != kNoSlot; c = m_objects[c]->prev)
+        for (Slot c = seg.segments.last; c != kNoSlot; c = Prev(c))
             pending.push_back(c);
     }
     return result;
@@ -599,9 +599,9 @@ void Database::CopyInto(Slot source, Slot destination) {
             for (const Definition& definition : src.DefinitionsOf(ContentKind(k)))
                 Define(to, ContentKind(k), definition);
         for (const ChildList* list : {&src.links, &src.geometry})
-            for (Slot c = list->first; c != kNoSlot; c = m_objects[c]->next)
+            for (Slot c = list->first; c != kNoSlot; c = Next(c))
                 CopyObject(*m_objects[c], to);
-        for (Slot c = src.segments.first; c != kNoSlot; c = m_objects[c]->next)
+        for (Slot c = src.segments.first; c != kNoSlot; c = Next(c))
             pending.emplace_back(c, FindOrMakeChild(to, GetSegment(c)->name));
         UpdateStaticModel(to);
     }
@@ -646,7 +646,7 @@ void Database::FlushSegment(Slot slot, const Filter& filter) {
     Segment& segment = *GetSegment(slot);
     std::vector<Slot> doomed;
     for (const ChildList* list : {&segment.segments, &segment.links, &segment.geometry})
-        for (Slot c = list->first; c != kNoSlot; c = m_objects[c]->next)
+        for (Slot c = list->first; c != kNoSlot; c = Next(c))
             if (filter.Has(m_objects[c]->type)) doomed.push_back(c);
     for (Slot c : doomed)
         DeleteObject(c);
@@ -862,16 +862,19 @@ std::vector<const Attribute*> Database::NetChain(const std::vector<Slot>& path,
 template <typename Visit>
 bool Database::VisitContents(const Segment& segment, const Filter& filter, Visit&& visit) const {
     auto walk = [&](const ChildList& list, auto&& wanted) {
-        for (Slot c = list.first; c != kNoSlot; c = m_objects[c]->next)
+        for (Slot c = list.first; c != kNoSlot; c = Next(c))
             if (wanted(*m_objects[c]) && !visit(Found{c, m_objects[c]->type})) return false;
         return true;
     };
     if (filter.Has(ContentKind::StaticModel) && segment.staticModel != kNoSlot &&
         !visit(Found{segment.staticModel, ContentKind::StaticModel}))
         return false;
-    if (filter.Has(ContentKind::Segment) &&
-        !walk(segment.segments, [](const Object&) { return true; }))
-        return false;
+    // Subsegments need no look at the objects themselves.
+    if (filter.Has(ContentKind::Segment)) {
+        for (Slot c = segment.segments.first; c != kNoSlot; c = Next(c))
+            if (!visit(Found{c, ContentKind::Segment})) return false;
+    }
+
     for (ContentKind type : {ContentKind::Include, ContentKind::Style, ContentKind::NamedStyle,
                              ContentKind::Reference}) {
         if (segment.links.first != kNoSlot && filter.Has(type) &&
@@ -919,13 +922,13 @@ std::vector<Found> Database::Contents(Slot slot, const Filter& filter, bool subt
         pending.pop_back();
         if (!VisitContents(segment, filter, collect)) break;
         if (throughIncludes) {
-            for (Slot c = segment.links.last; c != kNoSlot; c = m_objects[c]->prev) {
+            for (Slot c = segment.links.last; c != kNoSlot; c = Prev(c)) {
                 const auto& link = static_cast<const Link&>(*m_objects[c]);
                 Slot target = link.type == ContentKind::Include ? LinkTarget(link) : kNoSlot;
                 if (GetSegment(target) && included.insert(target).second) pending.push_back(target);
             }
         }
-        for (Slot c = segment.segments.last; c != kNoSlot; c = m_objects[c]->prev)
+        for (Slot c = segment.segments.last; c != kNoSlot; c = Prev(c))
             pending.push_back(c);
     }
     return items;

@@ -49,6 +49,11 @@ public:
         return object && object->kind == ObjectKind::Segment ? static_cast<Segment*>(object)
                                                              : nullptr;
     }
+    // The neighbours of an object in its owner's list (kNoSlot at either end). They live in a
+    // table of their own, so walking a long list reads one small array in order instead of
+    // every object it passes.
+    Slot Next(Slot slot) const { return m_siblings[slot].next; }
+    Slot Prev(Slot slot) const { return m_siblings[slot].prev; }
     // The key an object answers to now: its renumbered key, or else its original key.
     // Without renumbered keys in the database the object itself is not read: long searches
     // then touch only the slot table.
@@ -225,6 +230,11 @@ private:
     bool VisitContents(const Segment& segment, const Filter& filter, Visit&& visit) const;
 
     std::vector<ObjectPtr> m_objects; // by slot; null once deleted
+    struct Siblings {
+        Slot prev = kNoSlot;
+        Slot next = kNoSlot;
+    };
+    std::vector<Siblings> m_siblings; // by slot
     size_t m_live = 0;
     NameIndex m_names;
     std::unordered_map<Slot, std::vector<Slot>> m_incoming; // target -> links to it

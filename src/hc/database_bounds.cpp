@@ -95,9 +95,9 @@ Box Database::SegmentBounds(Slot slot) {
         return std::find(computing.rbegin(), computing.rend(), s) != computing.rend();
     };
     auto dependencies = [this](const Segment& segment, auto&& visit) {
-        for (Slot c = segment.segments.first; c != kNoSlot; c = m_objects[c]->next)
+        for (Slot c = segment.segments.first; c != kNoSlot; c = Next(c))
             visit(c);
-        for (Slot c = segment.links.first; c != kNoSlot; c = m_objects[c]->next) {
+        for (Slot c = segment.links.first; c != kNoSlot; c = Next(c)) {
             const auto& link = static_cast<const Link&>(*m_objects[c]);
             Slot target = LinkTarget(link);
             if (target != kNoSlot && GetSegment(target) &&
@@ -123,7 +123,7 @@ Box Database::SegmentBounds(Slot slot) {
             continue;
         }
         Box box;
-        for (Slot c = segment.geometry.first; c != kNoSlot; c = m_objects[c]->next)
+        for (Slot c = segment.geometry.first; c != kNoSlot; c = Next(c))
             box.Add(PlacedBounds(c));
         dependencies(segment, [&](Slot d) {
             const Segment& dependency = *GetSegment(d);
@@ -131,7 +131,7 @@ Box Database::SegmentBounds(Slot slot) {
                 box.Add(dependency.bounds.Transformed(LocalMatrix(dependency)));
         });
         // References to geometry items add those items as placed.
-        for (Slot c = segment.links.first; c != kNoSlot; c = m_objects[c]->next) {
+        for (Slot c = segment.links.first; c != kNoSlot; c = Next(c)) {
             const auto& link = static_cast<const Link&>(*m_objects[c]);
             const Object* target =
                 link.type == ContentKind::Reference ? Get(LinkTarget(link)) : nullptr;

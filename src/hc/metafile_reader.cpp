@@ -829,7 +829,7 @@ private:
             long long index = IntegerOf(Value(*item, 1));
             target = owner ? owner->geometry.first : kNoSlot;
             while (target != kNoSlot && index-- > 0)
-                target = m_db.Get(target)->next;
+                target = m_db.Next(target);
             if (target == kNoSlot)
                 ReportError(Where(*item) + ": the referenced item does not exist");
         } else {

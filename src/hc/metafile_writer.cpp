@@ -57,7 +57,7 @@ private:
                 pending.push_back({step.segment, step.depth, true});
             }
             WriteOwnContents(segment, inner);
-            for (Slot c = segment.segments.last; c != kNoSlot; c = m_db.Get(c)->prev)
+            for (Slot c = segment.segments.last; c != kNoSlot; c = m_db.Prev(c))
                 pending.push_back({c, inner, false});
         }
     }
@@ -74,9 +74,9 @@ private:
         WriteKey(segment, depth);
         WriteAttributes(segment, depth);
         WriteDefinitions(segment, depth);
-        for (Slot c = segment.links.first; c != kNoSlot; c = m_db.Get(c)->next)
+        for (Slot c = segment.links.first; c != kNoSlot; c = m_db.Next(c))
             WriteLink(static_cast<const Link&>(*m_db.Get(c)), depth);
-        for (Slot c = segment.geometry.first; c != kNoSlot; c = m_db.Get(c)->next)
+        for (Slot c = segment.geometry.first; c != kNoSlot; c = m_db.Next(c))
             WriteGeometry(static_cast<const Geometry&>(*m_db.Get(c)), depth);
     }
 
@@ -192,7 +192,7 @@ private:
             Slot owner = m_db.OwnerSegment(link.target);
             int index = 0;
             for (Slot c = m_db.GetSegment(owner)->geometry.first; c != link.target;
-                 c = m_db.Get(c)->next)
+                 c = m_db.Next(c))
                 ++index;
             m_out += "(Item " + Quoted(Path(owner)) + " " + std::to_string(index) + ")";
         } else {
@@ -301,7 +301,7 @@ private:
             pending.pop_back();
             const Segment& segment = *m_db.GetSegment(s);
             if (segment.name.empty() && s != top) m_nameless.emplace(s, m_nextNameless++);
-            for (Slot c = segment.segments.last; c != kNoSlot; c = m_db.Get(c)->prev)
+            for (Slot c = segment.segments.last; c != kNoSlot; c = m_db.Prev(c))
                 pending.push_back(c);
         }
     }

@@ -26,8 +26,8 @@ constexpr HC_KEY OriginalKey(Slot slot) {
 
 enum class ObjectKind : uint8_t { Segment, Geometry, Link, StaticModel };
 
-// A doubly linked list threaded through the objects' prev/next slots: O(1) append and unlink,
-// creation order kept.
+// A doubly linked list threaded through the database's sibling table (Database::Next and Prev):
+// O(1) append and unlink, creation order kept.
 struct ChildList {
     Slot first = kNoSlot;
     Slot last = kNoSlot;
@@ -45,8 +45,6 @@ struct Object {
     bool boundsStale = true; // segments: whether bounds must be computed again
     Slot slot = kNoSlot;
     Slot owner = kNoSlot;
-    Slot prev = kNoSlot;
-    Slot next = kNoSlot;
     std::unique_ptr<AttributeSet> attributes;
 };
 

@@ -155,16 +155,16 @@ void HModelInfo::ComputeModelInfo(HC_KEY key, int /*options*/) {
             chain.push_back(frame.segment);
             pending.push_back({frame.segment, true, true});
         }
-        for (hc::Slot c = segment->geometry.first; c != hc::kNoSlot; c = db.Get(c)->next)
+        for (hc::Slot c = segment->geometry.first; c != hc::kNoSlot; c = db.Next(c))
             AddItem(static_cast<const hc::Geometry&>(*db.Get(c)));
-        for (hc::Slot c = segment->links.first; c != hc::kNoSlot; c = db.Get(c)->next) {
+        for (hc::Slot c = segment->links.first; c != hc::kNoSlot; c = db.Next(c)) {
             const auto* link = static_cast<const hc::Link*>(db.Get(c));
             if (link->type == ContentKind::Include) {
                 hc::Slot target = db.LinkTarget(*link);
                 if (target != hc::kNoSlot) pending.push_back({target, true, false});
             }
         }
-        for (hc::Slot c = segment->segments.first; c != hc::kNoSlot; c = db.Get(c)->next)
+        for (hc::Slot c = segment->segments.first; c != hc::kNoSlot; c = db.Next(c))
             pending.push_back({c, false, false});
     }
 }

@@ -29,14 +29,14 @@ std::vector<HC_KEY> SubsegmentKeys(HC_KEY segment, int first, int last) {
     if (first <= count - 1 - last) {
         hc::Slot slot = owner->segments.first;
         for (int index = 0; index < first; ++index)
-            slot = db.Get(slot)->next;
-        for (int index = first; index <= last; ++index, slot = db.Get(slot)->next)
+            slot = db.Next(slot);
+        for (int index = first; index <= last; ++index, slot = db.Next(slot))
             keys.push_back(db.KeyOf(slot));
     } else {
         hc::Slot slot = owner->segments.last;
         for (int index = count - 1; index > last; --index)
-            slot = db.Get(slot)->prev;
-        for (int index = last; index >= first; --index, slot = db.Get(slot)->prev)
+            slot = db.Prev(slot);
+        for (int index = last; index >= first; --index, slot = db.Prev(slot))
             keys.push_back(db.KeyOf(slot));
         std::reverse(keys.begin(), keys.end());
     }
@@ -56,8 +56,8 @@ int SubsegmentPosition(HC_KEY segment, HC_KEY key) {
     for (int index = 0; index <= count - 1 - index; ++index) {
         if (front == wanted) return index + 1;
         if (back == wanted) return count - index;
-        front = db.Get(front)->next;
-        back = db.Get(back)->prev;
+        front = db.Next(front);
+        back = db.Prev(back);
     }
     return 0;
 }
