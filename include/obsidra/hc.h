@@ -66,6 +66,15 @@ int HC_Show_Existence_By_Key(HC_KEY key, const char* filter);
  * just that), which is not reported. */
 int HC_QShow_Existence(const char* segment, const char* filter);
 
+/* Segment searches: the segments a pattern names, relative to the open segment. In a level,
+ * "*" stands for any run of characters and "%" for any one; a level "..." stands for any number
+ * of levels, none included. "/scene/.../x*" names every segment below "/scene" whose name
+ * begins with "x". HC_Find_Segment gives each one's pathname and returns false after the last. */
+void HC_Begin_Segment_Search(const char* segment);
+bool HC_Find_Segment(char* segment);
+void HC_Show_Segment_Count(int* count);
+void HC_End_Segment_Search(void);
+
 /* Includes and styles. */
 HC_KEY HC_Include_Segment(const char* segment);
 HC_KEY HC_Include_Segment_By_Key(HC_KEY segmentKey);

@@ -8,6 +8,17 @@ using namespace hc::api;
 
 namespace {
 
+// A segment's pathname into a caller's buffer ("" for no segment). Callers ask this once per item
+// of long searches: the text's capacity is kept between calls (the database is single-threaded).
+void CopyPathname(const Database& db, Slot segment, char* buffer) {
+    static std::string path;
+    if (segment == kNoSlot)
+        path.clear();
+    else
+        db.Pathname(segment, path);
+    CopyOut(path, buffer);
+}
+
 Link* LinkOf(HC_KEY key, ContentKind type) {
     Database& db = Current();
     Slot slot = db.Require(key);
@@ -180,14 +191,7 @@ void HC_Show_Segment(HC_KEY key, char* pathname) {
     Database& db = Current();
     Slot slot = db.Require(key);
     if (slot != kNoSlot && !db.GetSegment(slot)) slot = db.OwnerSegment(slot);
-    // Callers ask this once per item of long searches: the text's capacity is kept between
-    // calls (the database is single-threaded).
-    static std::string path;
-    if (slot == kNoSlot)
-        path.clear();
-    else
-        db.Pathname(slot, path);
-    CopyOut(path, pathname);
+    CopyPathname(db, slot, pathname);
 }
 
 // --- Keys ----------------------------------------------------------------------------------------
@@ -254,6 +258,30 @@ void HC_Show_Contents_Count(int* count) {
 void HC_End_Contents_Search(void) {
     HC_API(HC_End_Contents_Search);
     Current().EndContentsSearch();
+}
+
+void HC_Begin_Segment_Search(const char* segment) {
+    HC_API(HC_Begin_Segment_Search);
+    Current().BeginSegmentSearch(Text(segment));
+}
+
+bool HC_Find_Segment(char* segment) {
+    HC_API(HC_Find_Segment);
+    Database& db = Current();
+    Slot found = db.FindSegment();
+    if (found == kNoSlot) return false;
+    CopyPathname(db, found, segment);
+    return true;
+}
+
+void HC_Show_Segment_Count(int* count) {
+    HC_API(HC_Show_Segment_Count);
+    Put(count, Current().SegmentSearchCount());
+}
+
+void HC_End_Segment_Search(void) {
+    HC_API(HC_End_Segment_Search);
+    Current().EndSegmentSearch();
 }
 
 int HC_Show_Existence(const char* filter) {

@@ -1,16 +1,22 @@
 #include "hc/database.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <unordered_set>
 
 #include "hc/error.h"
 #include "hc/geometry_data.h"
+#include "hc/segment_pattern.h"
 #include "hc/text.h"
 
 namespace hc {
 
 namespace {
+
+// How many siblings ahead a long walk asks for the objects it will read: the objects of a list
+// lie apart in memory, and each would otherwise be a wait.
+constexpr int kPrefetchDistance = 8;
 
 bool IsReservedLevel(std::string_view level) {
     return level == "." || level == ".." || level == "*" || level == "..." || level == "...." ||
@@ -47,6 +53,7 @@ void Database::Reset() {
     m_localKeys.clear();
     m_open.clear();
     m_searches.clear();
+    m_segmentSearches.clear();
     for (NameSearch& search : m_nameSearches)
         search = {};
     m_systemOptions = {};
@@ -441,31 +448,92 @@ Slot Database::ResolvePathFrom(Slot segment, std::string_view path, bool create)
     return segment;
 }
 
-std::vector<Slot> Database::ResolvePattern(std::string_view pattern) {
-    pattern = Trim(pattern);
-    auto [base, last] = SplitLast(pattern);
+// The pattern's levels run as a small automaton: each segment on the way carries the set of
+// places in the pattern it has reached (bit i: the levels before i are matched), and a child
+// goes on with the places its name lets it reach. The walk is depth first with one cursor per
+// level, so segments come out parents first, children in list order, each once however many
+// ways it matches.
+std::vector<Slot> Database::ResolvePattern(std::string_view text) {
     std::vector<Slot> result;
-    if (last != "*" && last != "...") {
-        if (Slot s = ResolvePath(pattern, false); s != kNoSlot) result.push_back(s);
+    const SegmentPattern pattern = SplitPattern(Trim(text));
+    if (!pattern.error.empty()) {
+        ReportError(std::string(pattern.error) + ": \"" + std::string(Trim(text)) + "\"");
         return result;
     }
-    Slot segment = ResolvePath(base.empty() ? "." : base, false);
-    const Segment* owner = GetSegment(segment);
-    if (!owner) return result;
-    if (last == "*") {
-        for (Slot c = owner->segments.first; c != kNoSlot; c = Next(c))
-            result.push_back(c);
-        return result;
-    }
-    // "...": the segment and everything below it, parents before children.
-    std::vector<Slot> pending{segment};
-    while (!pending.empty()) {
-        Slot s = pending.back();
-        pending.pop_back();
-        result.push_back(s);
-        const Segment& seg = *GetSegment(s);
-        for (Slot c = seg.segments.last; c != kNoSlot; c = Prev(c))
-            pending.push_back(c);
+    const Segment* start = GetSegment(ResolvePath(pattern.base, false));
+    if (!start) return result;
+    const std::vector<PatternLevel>& levels = pattern.levels;
+    const uint64_t matched = uint64_t(1) << levels.size();
+    // "..." may match no level at all, so reaching it reaches the level after it too.
+    auto close = [&](uint64_t places) {
+        for (size_t i = 0; i < levels.size(); ++i)
+            if ((places >> i & 1) && levels[i].kind == PatternLevel::Kind::AnyLevels)
+                places |= uint64_t(2) << i;
+        return places;
+    };
+    struct Frame {
+        Slot cursor; // the next child to look at
+        Slot ahead;  // a child further on, whose object is asked for early
+        bool only;   // the cursor is the one child that can match
+        uint64_t places;
+    };
+    std::vector<Frame> frames;
+    auto enter = [&](const Segment& segment, uint64_t places) {
+        if (places & matched) result.push_back(segment.slot);
+        places &= ~matched;
+        if (!places || segment.segments.first == kNoSlot) return;
+        if (std::has_single_bit(places)) {
+            const PatternLevel& level = levels[std::countr_zero(places)];
+            if (level.kind == PatternLevel::Kind::Name) {
+                // One name to follow: the name index finds it without passing every child.
+                if (Slot c = ChildByLevel(segment.slot, level.text); c != kNoSlot)
+                    frames.push_back({c, kNoSlot, true, places});
+                return;
+            }
+        }
+        Slot ahead = segment.segments.first;
+        for (int i = 0; i < kPrefetchDistance && ahead != kNoSlot; ++i) {
+            __builtin_prefetch(m_objects[ahead].get());
+            ahead = Next(ahead);
+        }
+        frames.push_back({segment.segments.first, ahead, false, places});
+    };
+    enter(*start, close(1));
+    while (!frames.empty()) {
+        Frame& frame = frames.back();
+        const Slot c = frame.cursor;
+        if (c == kNoSlot) {
+            frames.pop_back();
+            continue;
+        }
+        frame.cursor = frame.only ? kNoSlot : Next(c);
+        if (frame.ahead != kNoSlot) {
+            __builtin_prefetch(m_objects[frame.ahead].get());
+            frame.ahead = Next(frame.ahead);
+        }
+        const Segment& child = *static_cast<const Segment*>(m_objects[c].get());
+        uint64_t next = 0;
+        for (uint64_t rest = frame.places; rest; rest &= rest - 1) {
+            const size_t i = std::countr_zero(rest);
+            const PatternLevel& level = levels[i];
+            switch (level.kind) {
+            case PatternLevel::Kind::AnyLevels:
+                next |= uint64_t(1) << i;
+                break;
+            case PatternLevel::Kind::Contains:
+                if (ContainsFolded(child.name, level.text)) next |= uint64_t(2) << i;
+                break;
+            case PatternLevel::Kind::Wildcard:
+                if (MatchesWildcard(child.name, level.text)) next |= uint64_t(2) << i;
+                break;
+            case PatternLevel::Kind::Name:
+                if (level.text.front() == '@' ? ChildByLevel(child.owner, level.text) == c
+                                              : EqualsIgnoreCase(child.name, level.text))
+                    next |= uint64_t(2) << i;
+                break;
+            }
+        }
+        if (next) enter(child, close(next)); // may move frames: frame is not used after
     }
     return result;
 }
@@ -874,7 +942,6 @@ bool Database::VisitContents(const Segment& segment, const Filter& filter, Visit
         for (Slot c = segment.segments.first; c != kNoSlot; c = Next(c))
             if (!visit(Found{c, ContentKind::Segment})) return false;
     }
-
     for (ContentKind type : {ContentKind::Include, ContentKind::Style, ContentKind::NamedStyle,
                              ContentKind::Reference}) {
         if (segment.links.first != kNoSlot && filter.Has(type) &&
@@ -998,6 +1065,39 @@ void Database::EndContentsSearch() {
         return;
     }
     m_searches.pop_back();
+}
+
+void Database::BeginSegmentSearch(std::string_view pattern) {
+    m_segmentSearches.push_back({ResolvePattern(pattern), 0});
+}
+
+Slot Database::FindSegment() {
+    if (m_segmentSearches.empty()) {
+        ReportError("no segment search has been begun");
+        return kNoSlot;
+    }
+    SegmentSearch& search = m_segmentSearches.back();
+    while (search.next < search.segments.size()) {
+        Slot slot = search.segments[search.next++];
+        if (GetSegment(slot)) return slot; // else deleted since the search began
+    }
+    return kNoSlot;
+}
+
+int Database::SegmentSearchCount() const {
+    if (m_segmentSearches.empty()) {
+        ReportError("no segment search has been begun");
+        return 0;
+    }
+    return static_cast<int>(m_segmentSearches.back().segments.size());
+}
+
+void Database::EndSegmentSearch() {
+    if (m_segmentSearches.empty()) {
+        ReportError("no segment search has been begun");
+        return;
+    }
+    m_segmentSearches.pop_back();
 }
 
 void Database::BeginOpenItemSearch() {

@@ -94,8 +94,8 @@ public:
     Slot ResolvePathFrom(Slot base, std::string_view path, bool create);
     // The named child of a segment, made if missing; "" makes a new nameless child.
     Slot FindOrMakeChild(Slot owner, std::string_view name);
-    // Expands a segment pattern: a path, optionally ending in "*" (the children) or "..."
-    // (the segment and everything below it).
+    // The segments a pattern names (hc/segment_pattern.h), relative to the current segment:
+    // parents before children, children in list order.
     std::vector<Slot> ResolvePattern(std::string_view pattern);
     void DeleteObject(Slot slot);
     void RenameSegment(std::string_view oldPath, std::string_view newPath);
@@ -177,6 +177,14 @@ public:
     int ContentsCount() const;
     void EndContentsSearch();
 
+    // Lists the segments a pattern names, fixed when the search begins; segments deleted since
+    // are passed over.
+    void BeginSegmentSearch(std::string_view pattern);
+    // The next segment, or kNoSlot at the end.
+    Slot FindSegment();
+    int SegmentSearchCount() const;
+    void EndSegmentSearch();
+
     void BeginOpenItemSearch();
     bool FindOpenItem(HC_KEY& key, std::string& type);
     void EndOpenItemSearch();
@@ -247,6 +255,11 @@ private:
     };
     std::vector<OpenItem> m_open;
     std::vector<Search> m_searches;
+    struct SegmentSearch {
+        std::vector<Slot> segments;
+        size_t next = 0;
+    };
+    std::vector<SegmentSearch> m_segmentSearches;
     struct NameSearch {
         std::vector<std::string> names;
         size_t next = 0;

@@ -7,6 +7,10 @@
 
 namespace hc {
 
+// Names and keywords fold ASCII letters only.
+inline char Lower(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
 std::string ToLower(std::string_view text);
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 std::string_view Trim(std::string_view text);
