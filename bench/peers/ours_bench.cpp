@@ -1,5 +1,6 @@
 // The side-by-side work on our scene database, through the HC_ interface and the census.
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include <obsidra/hc.h>
@@ -45,16 +46,14 @@ void Walk(long& segments, long& shells) {
     HC_End_Contents_Search();
 }
 
+// The name is matched inside the database: a segment search whose last level is a wildcard.
 long SearchNames() {
-    std::vector<HC_KEY> found;
-    char type[HC_TEXT_MAX], path[HC_TEXT_MAX];
-    HC_KEY key;
-    HC_Begin_Contents_Search("/scene/...", "segments");
-    while (HC_Find_Contents(type, &key)) {
-        HC_Show_Segment(key, path);
-        if (peers::NameMatches(std::strrchr(path, '/') + 1)) found.push_back(key);
-    }
-    HC_End_Contents_Search();
+    std::vector<std::string> found;
+    char path[HC_TEXT_MAX];
+    HC_Begin_Segment_Search(peers::kSearchPattern);
+    while (HC_Find_Segment(path))
+        found.emplace_back(path);
+    HC_End_Segment_Search();
     return static_cast<long>(found.size());
 }
 

@@ -26,6 +26,8 @@ inline constexpr long kWideChildren = 1000000;
 inline constexpr int kDeepDepth = 6;
 inline constexpr int kDeepFanOut = 10;
 inline constexpr const char* kSearchText = "77";
+// The same search as a segment pattern: every segment below the root whose name holds the text.
+inline constexpr const char* kSearchPattern = "/scene/.../*77*";
 // A leaf in the first half of the root's subtrees, so it survives the deletion.
 inline constexpr long kMovedLeaf = 12345;
 inline constexpr int kRuns = 5;
