@@ -23,6 +23,16 @@ bool IsReservedLevel(std::string_view level) {
            (!level.empty() && level.front() == '@');
 }
 
+// The innermost search of a stack, or null (reported) when none has been begun.
+template <typename Stack>
+auto* Innermost(Stack& stack, const char* what) {
+    if (stack.empty()) {
+        ReportError(std::string("no ") + what + " search has been begun");
+        return static_cast<decltype(&stack.back())>(nullptr);
+    }
+    return &stack.back();
+}
+
 // Splits "a/b/*" into ("a/b", "*"): the path before the last level, and that level.
 std::pair<std::string_view, std::string_view> SplitLast(std::string_view path) {
     size_t slash = path.rfind('/');
@@ -1036,13 +1046,10 @@ void Database::BeginContentsSearch(std::string_view scope, std::string_view filt
 }
 
 bool Database::FindContents(std::string_view& type, HC_KEY& key) {
-    if (m_searches.empty()) {
-        ReportError("no contents search has been begun");
-        return false;
-    }
-    Search& search = m_searches.back();
-    while (search.next < search.items.size()) {
-        Found found = search.items[search.next++];
+    Search* search = Innermost(m_searches, "contents");
+    if (!search) return false;
+    while (search->next < search->items.size()) {
+        Found found = search->items[search->next++];
         if (!Get(found.slot)) continue; // deleted since the search began
         type = TypeWord(found.type);
         key = KeyOf(found.slot);
@@ -1052,19 +1059,12 @@ bool Database::FindContents(std::string_view& type, HC_KEY& key) {
 }
 
 int Database::ContentsCount() const {
-    if (m_searches.empty()) {
-        ReportError("no contents search has been begun");
-        return 0;
-    }
-    return static_cast<int>(m_searches.back().items.size());
+    const Search* search = Innermost(m_searches, "contents");
+    return search ? static_cast<int>(search->items.size()) : 0;
 }
 
 void Database::EndContentsSearch() {
-    if (m_searches.empty()) {
-        ReportError("no contents search has been begun");
-        return;
-    }
-    m_searches.pop_back();
+    if (Innermost(m_searches, "contents")) m_searches.pop_back();
 }
 
 void Database::BeginSegmentSearch(std::string_view pattern) {
@@ -1072,32 +1072,21 @@ void Database::BeginSegmentSearch(std::string_view pattern) {
 }
 
 Slot Database::FindSegment() {
-    if (m_segmentSearches.empty()) {
-        ReportError("no segment search has been begun");
-        return kNoSlot;
-    }
-    SegmentSearch& search = m_segmentSearches.back();
-    while (search.next < search.segments.size()) {
-        Slot slot = search.segments[search.next++];
-        if (GetSegment(slot)) return slot; // else deleted since the search began
+    SegmentSearch* search = Innermost(m_segmentSearches, "segment");
+    while (search && search->next < search->segments.size()) {
+        Slot slot = search->segments[search->next++];
+        if (Get(slot)) return slot; // else deleted since the search began
     }
     return kNoSlot;
 }
 
 int Database::SegmentSearchCount() const {
-    if (m_segmentSearches.empty()) {
-        ReportError("no segment search has been begun");
-        return 0;
-    }
-    return static_cast<int>(m_segmentSearches.back().segments.size());
+    const SegmentSearch* search = Innermost(m_segmentSearches, "segment");
+    return search ? static_cast<int>(search->segments.size()) : 0;
 }
 
 void Database::EndSegmentSearch() {
-    if (m_segmentSearches.empty()) {
-        ReportError("no segment search has been begun");
-        return;
-    }
-    m_segmentSearches.pop_back();
+    if (Innermost(m_segmentSearches, "segment")) m_segmentSearches.pop_back();
 }
 
 void Database::BeginOpenItemSearch() {
