@@ -56,6 +56,7 @@ Database::~Database() = default;
 void Database::Reset() {
     m_objects.clear();
     m_siblings.clear();
+    m_types.clear();
     m_names.Clear();
     m_incoming.clear();
     m_userKeys.clear();
@@ -193,6 +194,7 @@ Slot Database::Adopt(ObjectPtr object, Slot owner) {
     Object& adopted = *object;
     m_objects.push_back(std::move(object));
     m_siblings.emplace_back();
+    m_types.push_back(adopted.type);
     ++m_live;
     Object* ownerObject = Get(owner);
     if (!ownerObject) return slot;
@@ -939,15 +941,15 @@ std::vector<const Attribute*> Database::NetChain(const std::vector<Slot>& path,
 
 template <typename Visit>
 bool Database::VisitContents(const Segment& segment, const Filter& filter, Visit&& visit) const {
+    // Lists are walked on the sibling and type tables alone; no object is read.
     auto walk = [&](const ChildList& list, auto&& wanted) {
         for (Slot c = list.first; c != kNoSlot; c = Next(c))
-            if (wanted(*m_objects[c]) && !visit(Found{c, m_objects[c]->type})) return false;
+            if (wanted(m_types[c]) && !visit(Found{c, m_types[c]})) return false;
         return true;
     };
     if (filter.Has(ContentKind::StaticModel) && segment.staticModel != kNoSlot &&
         !visit(Found{segment.staticModel, ContentKind::StaticModel}))
         return false;
-    // Subsegments need no look at the objects themselves.
     if (filter.Has(ContentKind::Segment)) {
         for (Slot c = segment.segments.first; c != kNoSlot; c = Next(c))
             if (!visit(Found{c, ContentKind::Segment})) return false;
@@ -955,11 +957,11 @@ bool Database::VisitContents(const Segment& segment, const Filter& filter, Visit
     for (ContentKind type : {ContentKind::Include, ContentKind::Style, ContentKind::NamedStyle,
                              ContentKind::Reference}) {
         if (segment.links.first != kNoSlot && filter.Has(type) &&
-            !walk(segment.links, [type](const Object& o) { return o.type == type; }))
+            !walk(segment.links, [type](ContentKind t) { return t == type; }))
             return false;
     }
     if (segment.geometry.first != kNoSlot && filter.HasAnyGeometry() &&
-        !walk(segment.geometry, [&filter](const Object& o) { return filter.Has(o.type); }))
+        !walk(segment.geometry, [&filter](ContentKind t) { return filter.Has(t); }))
         return false;
     for (size_t k = size_t(kFirstDefinition); segment.definitions && k <= size_t(kLastDefinition);
          ++k) {

@@ -243,6 +243,8 @@ private:
         Slot next = kNoSlot;
     };
     std::vector<Siblings> m_siblings; // by slot
+    // What each object is, by slot (it never changes), so that filtering a list reads no object.
+    std::vector<ContentKind> m_types;
     size_t m_live = 0;
     NameIndex m_names;
     std::unordered_map<Slot, std::vector<Slot>> m_incoming; // target -> links to it
