@@ -110,7 +110,8 @@ for shape in shapes:
         unit = "" if ours_key == "bytes_per_segment" else " ms"
         cells = ["-" if med[p] is None else f"{med[p]:.0f}{unit}" if med[p] >= 10
                  else f"{med[p]:.3f}{unit}" for p in programs]
-        ratios = [f"{med['ours'] / med[p]:.2f}" if med[p] else "-" for p in peers]
+        ratios = ["-" if not med[p] else f"{med['ours'] / med[p]:.2f}"
+                  if med['ours'] / med[p] >= 0.1 else f"{med['ours'] / med[p]:.2g}" for p in peers]
         print(f"| {label} | " + " | ".join(cells) + " | " + " | ".join(ratios) + " |")
 print("\nanswers agree" if ok else "\nANSWERS DIFFER")
 sys.exit(0 if ok else 1)
