@@ -30,7 +30,7 @@ SegmentPattern SplitPattern(std::string_view pattern) {
         first = slash + 1;
     }
     if (first >= pattern.size()) {
-        split.base = pattern.empty() ? std::string_view(".") : pattern;
+        split.base = pattern; // an empty one names nothing, as a path
         return split;
     }
     if (first > (absolute ? 1u : 0u))

@@ -24,8 +24,8 @@ struct PatternLevel {
 };
 
 struct SegmentPattern {
-    // The leading levels that hold no wildcard, as a path to resolve: "." when there are none
-    // in a relative pattern, "/" in an absolute one.
+    // The leading levels that hold no wildcard, as a path to resolve: "." when a relative
+    // pattern starts with a wildcard, "/" when an absolute one does.
     std::string_view base;
     // The levels from the first wildcard on.
     std::vector<PatternLevel> levels;

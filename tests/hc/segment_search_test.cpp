@@ -81,7 +81,13 @@ TEST_F(SegmentSearch, MisuseIsReportedAndFindsNothing) {
     EXPECT_EQ(TakeErrors().size(), 2u);
     EXPECT_TRUE(Find("/a/*/..").empty());
     EXPECT_TRUE(Find("/missing/*").empty());
-    EXPECT_EQ(TakeErrors().size(), 2u);
+    EXPECT_TRUE(Find("").empty());
+    EXPECT_EQ(TakeErrors().size(), 3u);
+    HC_Open_Segment("/a/b");
+    HC_Delete_Segment("");
+    HC_Close_Segment();
+    EXPECT_EQ(TakeErrors().size(), 1u);
+    EXPECT_EQ(Find("/a/*").size(), 1u) << "an empty pattern deletes nothing";
     EXPECT_TRUE(Find("/a/*/nothing").empty()) << "nothing matching is no error";
     EXPECT_TRUE(TakeErrors().empty());
 }
