@@ -1,3 +1,6 @@
+#include <cctype>
+#include <random>
+
 #include "hc_test.h"
 
 namespace {
@@ -90,6 +93,62 @@ TEST_F(SegmentSearch, MisuseIsReportedAndFindsNothing) {
     EXPECT_EQ(Find("/a/*").size(), 1u) << "an empty pattern deletes nothing";
     EXPECT_TRUE(Find("/a/*/nothing").empty()) << "nothing matching is no error";
     EXPECT_TRUE(TakeErrors().empty());
+}
+
+// Plain recursive matchers, to check the database's against.
+bool Glob(const char* name, const char* wildcard) {
+    if (!*wildcard) return !*name;
+    if (*wildcard == '*') return Glob(name, wildcard + 1) || (*name && Glob(name + 1, wildcard));
+    return *name && (*wildcard == '%' || std::tolower(*wildcard) == std::tolower(*name)) &&
+           Glob(name + 1, wildcard + 1);
+}
+
+// Whether the levels of a path below the base match the pattern's levels, "..." taking any
+// number of them.
+bool LevelsMatch(const std::vector<std::string>& path, size_t p,
+                 const std::vector<std::string>& pattern, size_t q) {
+    if (q == pattern.size()) return p == path.size();
+    if (pattern[q] == "...") {
+        for (size_t skip = p; skip <= path.size(); ++skip)
+            if (LevelsMatch(path, skip, pattern, q + 1)) return true;
+        return false;
+    }
+    return p < path.size() && Glob(path[p].c_str(), pattern[q].c_str()) &&
+           LevelsMatch(path, p + 1, pattern, q + 1);
+}
+
+// Each pattern's hits are the segments of "/t/..." (tree order, checked above) whose levels a
+// plain recursive matcher accepts: the automaton must find the same ones, each once, in order.
+TEST_F(SegmentSearch, RandomPatternsAgreeWithAPlainMatcher) {
+    std::mt19937 random(7);
+    const char* names[] = {"a", "B", "ab", "ba", "abc", "cab"};
+    const char* levels[] = {"*", "a*", "%b", "...", "ab", "*A*", "b%", "...", "c*"};
+    for (int n = 0; n < 150; ++n) {
+        std::string path = "/t";
+        for (int depth = 1 + random() % 4; depth > 0; --depth)
+            path += std::string("/") + names[random() % std::size(names)];
+        HC_Create_Segment(path.c_str());
+    }
+    const Paths tree = Find("/t/...");
+    for (int round = 0; round < 200; ++round) {
+        std::vector<std::string> pattern;
+        std::string text = "/t";
+        for (int n = 1 + random() % 3; n > 0; --n) {
+            pattern.push_back(levels[random() % std::size(levels)]);
+            text += "/" + pattern.back();
+        }
+        Paths expected;
+        for (const std::string& segment : tree) {
+            std::vector<std::string> path;
+            for (size_t at = 3; at < segment.size();) {
+                size_t slash = std::min(segment.find('/', at), segment.size());
+                path.push_back(segment.substr(at, slash - at));
+                at = slash + 1;
+            }
+            if (LevelsMatch(path, 0, pattern, 0)) expected.push_back(segment);
+        }
+        EXPECT_EQ(Find(text.c_str()), expected) << text;
+    }
 }
 
 TEST_F(SegmentSearch, EditsTakeTheSamePatterns) {
