@@ -19,6 +19,8 @@ packages=(
     build-essential cmake ninja-build pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
     libifcplusplus-dev libboost-dev
+    qt6-base-dev libqt6opengl6-dev libgl-dev libassimp-dev
+    fonts-noto-cjk xvfb xauth libgl1-mesa-dri
     clang-format
     clang libclang-rt-14-dev
 )
