@@ -71,6 +71,35 @@ TEST_F(IfcImportErrorsTest, BadFilesGiveAClearErrorAndLeaveTheSceneAlone) {
     }
 }
 
+// Entities the reader cannot take cost themselves and the references to them, each kind of
+// problem told once with where it was first met; the building is as it is without them.
+TEST_F(IfcImportErrorsTest, EntitiesThatCannotBeReadAreSkippedWithOneWarningEach) {
+    const ImportResult clean = ImportIfcText(TinyBuildingText(), "tiny", {"/clean", {}});
+    ASSERT_TRUE(clean.building) << clean.error;
+    EXPECT_TRUE(clean.warnings.empty());
+    const ImportResult result =
+        ImportIfcFile(OBSIDRA_TEST_DATA "/tiny_unknown_entities.ifc", {"/skipped", {}});
+    ASSERT_TRUE(result.building) << result.error;
+    EXPECT_EQ(result.warnings,
+              (std::vector<std::string>{
+                  "line 66: #9998=IFCANNOTATIONFOOBAR skipped: an entity the reader does not "
+                  "know (x 2)",
+                  "line 68: #9997=IFCCARTESIANPOINT skipped: 3 arguments where the entity takes 1",
+                  "line 69: skipped, not an entity instance: #9996 IFCWALL('x')",
+                  "line 57: #161=IFCRELCONTAINEDINSPATIALSTRUCTURE lost its reference to "
+                  "skipped #9999",
+                  "line 70: #9995=IFCSTYLEDITEM lost its reference to skipped #9998",
+              }));
+    EXPECT_EQ(result.building->Components().size(), clean.building->Components().size());
+    EXPECT_EQ(result.building->ShellCount(), clean.building->ShellCount());
+    ASSERT_EQ(result.building->Floors().size(), clean.building->Floors().size());
+    for (std::size_t i = 0; i < clean.building->Floors().size(); ++i) {
+        EXPECT_EQ(result.building->Floors()[i].name, clean.building->Floors()[i].name);
+        EXPECT_EQ(result.building->Floors()[i].componentCount,
+                  clean.building->Floors()[i].componentCount);
+    }
+}
+
 TEST_F(IfcImportErrorsTest, FilesThatCannotBeReadAreReported) {
     ImportResult missing = ImportIfcFile(OBSIDRA_TEST_DATA "/no such file.ifc");
     EXPECT_FALSE(missing.building);

@@ -1,5 +1,6 @@
 // Parsing with IFC++ and collecting the model's facts.
 #include <algorithm>
+#include <ifcpp/IFC4/EntityFactory.h>
 #include <ifcpp/IFC4/include/IfcBuildingStorey.h>
 #include <ifcpp/IFC4/include/IfcComplexProperty.h>
 #include <ifcpp/IFC4/include/IfcCovering.h>
@@ -45,6 +46,7 @@
 #include <ifcpp/reader/ReaderSTEP.h>
 
 #include "host/ifc/ifc_source_state.h"
+#include "host/ifc/ifc_step_filter.h"
 #include "host/ifc/ifc_text.h"
 
 namespace obsidra::host::ifc {
@@ -289,6 +291,8 @@ std::string MessageText(const StatusCallback::Message& message) {
 } // namespace
 
 MessageSink::~MessageSink() {
+    for (std::string& line : m_warnings.Lines())
+        m_messages->warnings.push_back(std::move(line));
     if (m_dropped > 0)
         m_messages->warnings.push_back("(" + std::to_string(m_dropped) +
                                        " further messages left out)");
@@ -310,15 +314,16 @@ void MessageSink::OnMessage(void* self, shared_ptr<StatusCallback::Message> mess
     case StatusCallback::MESSAGE_TYPE_ERROR:
     case StatusCallback::MESSAGE_TYPE_WARNING:
     case StatusCallback::MESSAGE_TYPE_MINOR_WARNING: {
-        const bool error = message->m_message_type == StatusCallback::MESSAGE_TYPE_ERROR &&
-                           sink->m_phase == ImportPhase::Parsing;
-        std::vector<std::string>& list =
-            error ? sink->m_messages->errors : sink->m_messages->warnings;
-        if (list.size() >= kMaxMessagesKept) {
-            ++sink->m_dropped;
+        if (message->m_message_type != StatusCallback::MESSAGE_TYPE_ERROR ||
+            sink->m_phase != ImportPhase::Parsing) {
+            if (!sink->m_warnings.Add(MessageText(*message), kMaxMessagesKept)) ++sink->m_dropped;
             return;
         }
-        list.push_back(MessageText(*message));
+        std::vector<std::string>& errors = sink->m_messages->errors;
+        if (errors.size() >= kMaxMessagesKept)
+            ++sink->m_dropped;
+        else
+            errors.push_back(MessageText(*message));
         return;
     }
     default:
@@ -339,9 +344,26 @@ std::unique_ptr<IfcSource> IfcSource::Parse(std::string text, ImportProgress& pr
     auto state = std::make_unique<State>();
     state->model = make_shared<BuildingModel>();
     {
+        ReaderSTEP reader;
+        reader.readHeader(text, state->model);
+        // The reader checks the argument counts of IFC4 files only: it fits IFC2x3's into its
+        // IFC4 classes.
+        const bool counted =
+            state->model->getIfcSchemaVersion().m_ifc_file_schema_enum == BuildingModel::IFC4;
+        WarningTally skipped;
+        SkipUnreadableEntities(
+            text,
+            [counted](std::string_view keyword) {
+                const std::unique_ptr<BuildingEntity> entity(
+                    EntityFactory::createEntityObject(std::string(keyword)));
+                if (!entity) return kUnknownEntity;
+                return counted ? static_cast<int>(entity->getNumAttributes()) : kAnyArguments;
+            },
+            skipped);
+        messages.warnings = skipped.Lines();
+
         MessageSink sink(progress, messages, ImportPhase::Parsing);
         sink.ForwardProgress(true);
-        ReaderSTEP reader;
         sink.Attach(reader);
         sink.Attach(*state->model);
         reader.loadModelFromString(text, state->model);

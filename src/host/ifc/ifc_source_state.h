@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/ifc/ifc_source.h"
+#include "host/ifc/ifc_warning_tally.h"
 
 class IfcMaterialSelect;
 class IfcPropertySetDefinition;
@@ -53,6 +54,7 @@ private:
     SourceMessages* m_messages;
     ImportPhase m_phase;
     bool m_forwardProgress = false;
+    WarningTally m_warnings; // handed to m_messages when the phase ends
     int m_dropped = 0;
 };
 
