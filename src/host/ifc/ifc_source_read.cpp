@@ -53,8 +53,6 @@ namespace obsidra::host::ifc {
 
 namespace {
 
-// Enough to keep a broken file from burying the result in messages.
-constexpr int kMaxMessagesKept = 200;
 // Containment and aggregation chains deeper than this are cycles in a malformed file.
 constexpr int kMaxChain = 64;
 // Complex properties that hold one another (a malformed file) would otherwise nest and multiply
@@ -293,9 +291,9 @@ std::string MessageText(const StatusCallback::Message& message) {
 MessageSink::~MessageSink() {
     for (std::string& line : m_warnings.Lines())
         m_messages->warnings.push_back(std::move(line));
-    if (m_dropped > 0)
-        m_messages->warnings.push_back("(" + std::to_string(m_dropped) +
-                                       " further messages left out)");
+    if (m_droppedErrors > 0)
+        m_messages->warnings.push_back("(" + std::to_string(m_droppedErrors) +
+                                       " further errors left out)");
 }
 
 void MessageSink::Attach(StatusCallback& source) {
@@ -316,12 +314,12 @@ void MessageSink::OnMessage(void* self, shared_ptr<StatusCallback::Message> mess
     case StatusCallback::MESSAGE_TYPE_MINOR_WARNING: {
         if (message->m_message_type != StatusCallback::MESSAGE_TYPE_ERROR ||
             sink->m_phase != ImportPhase::Parsing) {
-            if (!sink->m_warnings.Add(MessageText(*message), kMaxMessagesKept)) ++sink->m_dropped;
+            sink->m_warnings.Add(MessageText(*message));
             return;
         }
         std::vector<std::string>& errors = sink->m_messages->errors;
         if (errors.size() >= kMaxMessagesKept)
-            ++sink->m_dropped;
+            ++sink->m_droppedErrors;
         else
             errors.push_back(MessageText(*message));
         return;
@@ -350,7 +348,7 @@ std::unique_ptr<IfcSource> IfcSource::Parse(std::string text, ImportProgress& pr
         // IFC4 classes.
         const bool counted =
             state->model->getIfcSchemaVersion().m_ifc_file_schema_enum == BuildingModel::IFC4;
-        WarningTally skipped;
+        WarningTally skipped(kMaxMessagesKept);
         SkipUnreadableEntities(
             text,
             [counted](std::string_view keyword) {

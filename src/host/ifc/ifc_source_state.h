@@ -2,6 +2,7 @@
 // only by the IfcSource sources, so that IFC++'s headers stay out of the rest of the importer.
 #pragma once
 
+#include <cstddef>
 #include <ifcpp/model/BuildingModel.h>
 #include <ifcpp/model/StatusCallback.h>
 #include <string>
@@ -35,11 +36,15 @@ struct IfcSource::State {
     Relations relations;
 };
 
+// Enough to keep a broken file from burying the result in messages.
+constexpr std::size_t kMaxMessagesKept = 200;
+
 // Receives IFC++'s messages and cancellation questions for one phase of an import.
 class MessageSink {
 public:
     MessageSink(ImportProgress& progress, SourceMessages& messages, ImportPhase phase)
-        : m_progress(&progress), m_messages(&messages), m_phase(phase) {}
+        : m_progress(&progress), m_messages(&messages), m_phase(phase),
+          m_warnings(kMaxMessagesKept) {}
     ~MessageSink();
 
     void Attach(StatusCallback& source);
@@ -55,7 +60,7 @@ private:
     ImportPhase m_phase;
     bool m_forwardProgress = false;
     WarningTally m_warnings; // handed to m_messages when the phase ends
-    int m_dropped = 0;
+    int m_droppedErrors = 0;
 };
 
 } // namespace obsidra::host::ifc

@@ -263,6 +263,7 @@ void SkipUnreadableEntities(std::string& text, const ArgumentsOf& argumentsOf,
             inData = body == "DATA" || (body.starts_with("DATA") && !IsKeywordChar(body[4]));
             continue;
         }
+        if (body.empty()) continue; // a stray semicolon, which the reader passes over
         if (body == "ENDSEC") {
             inData = false;
             continue;

@@ -12,21 +12,22 @@ namespace obsidra::host::ifc {
 
 class WarningTally {
 public:
-    // Counts the problem named by key; its text is the one given the first time. False when the
-    // problem is new but the tally already holds limit problems (it is then left out).
-    bool Add(const std::string& key, std::string text,
-             std::size_t limit = static_cast<std::size_t>(-1));
-    bool Add(std::string text, std::size_t limit = static_cast<std::size_t>(-1)) {
-        return Add(text, text, limit);
-    }
+    // Past limit distinct problems, new ones are only counted.
+    explicit WarningTally(std::size_t limit) : m_limit(limit) {}
 
-    bool Empty() const { return m_lines.empty(); }
-    // Each problem in the order first met, "text (x 37)" when it was met more than once.
+    // Counts the problem named by key; its text is the one given the first time.
+    void Add(const std::string& key, std::string text);
+    void Add(std::string text) { Add(text, text); }
+
+    // Each problem in the order first met, "text (x 37)" when it was met more than once, then
+    // how many were left out.
     std::vector<std::string> Lines() const;
 
 private:
+    std::size_t m_limit;
     std::vector<std::pair<std::string, int>> m_lines; // text, times met
     std::unordered_map<std::string, std::size_t> m_index;
+    int m_leftOut = 0;
 };
 
 } // namespace obsidra::host::ifc
