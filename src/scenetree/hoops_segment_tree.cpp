@@ -49,9 +49,13 @@ HoopsSegmentTree::HoopsSegmentTree(HBaseView* view, TreeGraph* graph, HC_KEY sta
     : m_view(view), m_graph(graph), m_notifier(notifier),
       m_lists(obsidra::descriptors::MakeDescriptorLists()) {
     m_startKey = startKey == -1 && view ? view->GetModelKey() : startKey;
+    // A view's Reset gives it a fresh root; a plain graph keeps (or lacks) one, so the tree
+    // makes sure it starts from an empty root either way.
     m_graph->Reset();
+    if (!m_graph->GetRoot()) m_graph->SetRoot(new TreeGraphItem(m_graph));
     m_graph->SetMessageTarget(this);
     TreeGraphItem* root = m_graph->GetRoot();
+    DeleteChildren(root);
     root->SetLabel("model");
     root->SetKey(m_startKey);
     if (!IsAlive(m_startKey)) return;
