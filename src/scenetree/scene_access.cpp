@@ -29,6 +29,26 @@ std::string KeyType(HC_KEY key) {
     return type;
 }
 
+ObjectType ObjectTypeOfWord(std::string_view typeWord) {
+    static constexpr struct {
+        std::string_view word;
+        ObjectType type;
+    } kWords[] = {
+        {"segment", ObjectType::Segment},     {"include", ObjectType::Include},
+        {"style", ObjectType::Style},         {"named style", ObjectType::NamedStyle},
+        {"reference", ObjectType::Reference}, {"static model", ObjectType::StaticModel},
+    };
+    if (typeWord.empty()) return ObjectType::None;
+    for (const auto& entry : kWords)
+        if (typeWord == entry.word) return entry.type;
+    return typeWord.find("definition") != std::string_view::npos ? ObjectType::Definition
+                                                                 : ObjectType::Geometry;
+}
+
+ObjectType ObjectTypeOf(HC_KEY key) {
+    return ObjectTypeOfWord(KeyType(key));
+}
+
 std::string SegmentPath(HC_KEY key) {
     char path[HC_TEXT_MAX] = "";
     HC_Show_Segment(key, path);

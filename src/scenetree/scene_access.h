@@ -29,6 +29,22 @@ std::string KeyText(HC_KEY key);
 std::string Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 std::string KeyType(HC_KEY key);
+
+// The sort of object a key names, from the type word the database gives it: every word that is
+// none of the others and names no definition is a geometry item's ("shell", "text").
+enum class ObjectType {
+    None,
+    Segment,
+    Include,
+    Style,
+    NamedStyle,
+    Reference,
+    StaticModel,
+    Definition,
+    Geometry,
+};
+ObjectType ObjectTypeOfWord(std::string_view typeWord);
+ObjectType ObjectTypeOf(HC_KEY key);
 std::string SegmentPath(HC_KEY key);
 // The last level of a pathname; "/" stays "/".
 std::string OwnName(const std::string& pathname);
