@@ -91,8 +91,8 @@ TreeGraphItem* HoopsSegmentTree::MakeSegmentNode(TreeGraphItem* parent, HC_KEY k
         HC_KEY item = 0;
         hasContents = search.Next(type, item);
     }
-    TreeGraphItem* node = MakeNode(parent, {NodeKind::Segment}, OwnName(SegmentPath(key)), key,
-                                   kClassSegment, flags, hasContents);
+    TreeGraphItem* node = MakeNode(parent, {NodeKind::Segment}, HUtility::OwnName(SegmentPath(key)),
+                                   key, kClassSegment, flags, hasContents);
     node->SetEditable(true);
     return node;
 }
@@ -848,5 +848,5 @@ void HoopsSegmentTree::OnEndLabelEdit(TreeGraphItem* item, const char* text) {
     if (!item || item->GetGraph() != m_graph || !text || !IsAlive(item->GetKey())) return;
     if (KindOf(item) != NodeKind::Segment) return;
     if (HUtility::RenameSegment(item->GetKey(), text))
-        item->SetLabel(OwnName(SegmentPath(item->GetKey())).c_str());
+        item->SetLabel(HUtility::OwnName(SegmentPath(item->GetKey())).c_str());
 }

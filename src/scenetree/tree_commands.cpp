@@ -134,7 +134,7 @@ void HoopsSegmentTree::RefreshNode(TreeGraphItem* node) {
     if (IsObjectKey(key)) {
         if (!IsAlive(key)) return;
         if (KindOf(node) == NodeKind::Segment) {
-            node->SetLabel(OwnName(SegmentPath(key)).c_str());
+            node->SetLabel(HUtility::OwnName(SegmentPath(key)).c_str());
             SegmentScope open(key);
             ContentsSearch search("everything, first match");
             std::string type;
@@ -193,7 +193,7 @@ std::string HoopsSegmentTree::GetEditText(TreeGraphItem* node) {
     }
     std::string label = node->GetLabel() ? node->GetLabel() : "";
     if (KindOf(node) == NodeKind::Segment && IsAlive(node->GetKey()))
-        return OwnName(SegmentPath(node->GetKey()));
+        return HUtility::OwnName(SegmentPath(node->GetKey()));
     return label.substr(0, 32767);
 }
 
@@ -238,7 +238,7 @@ bool HoopsSegmentTree::ApplyEditedText(TreeGraphItem* node, std::string_view tex
     if (nodeKind == NodeKind::Segment) {
         std::string name(text.substr(0, text.find('\n')));
         if (!HUtility::RenameSegment(key, name.c_str())) return false;
-        node->SetLabel(OwnName(SegmentPath(key)).c_str());
+        node->SetLabel(HUtility::OwnName(SegmentPath(key)).c_str());
         return true;
     }
     HoopsGeometry* kind = nodeKind == NodeKind::GeometryItem ? GeometryKindOf(node) : nullptr;
