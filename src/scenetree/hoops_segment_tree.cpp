@@ -21,24 +21,10 @@ bool PageRange(const TreeGraphItem* page, NodeKind kind, int& first, int& last) 
     return true;
 }
 
-NodeData Page(NodeKind kind, int first, int last) {
-    NodeData data{kind};
-    data.first = static_cast<std::uint32_t>(first);
-    data.last = static_cast<std::uint32_t>(last);
-    return data;
-}
-
 std::string ReferenceFilter(HC_KEY reference) {
     char filter[HC_TEXT_MAX] = "";
     HC_Show_Reference_Geometry_Filt(reference, filter);
     return filter;
-}
-
-// Makes pages of kPageSize over count entries.
-template <typename MakePage>
-void MakePages(int count, MakePage makePage) {
-    for (int i = 0; i < count; i += kPageSize)
-        makePage(i + 1, std::min(i + kPageSize, count));
 }
 
 } // namespace
@@ -158,6 +144,52 @@ std::string HoopsSegmentTree::AttributeLineLabel(const HoopsAttribute& attribute
 
 // Children go one by one from the front; the graph's cursor rule does not apply, since no
 // cursor is used.
+namespace {
+
+// The fixed grouping nodes: the label each shows and how the selection step treats it.
+constexpr struct {
+    NodeKind kind;
+    const char* label;
+    std::int32_t selectionClass;
+} kGroups[] = {
+    {NodeKind::StaticTree, kStaticTreeLabel, kClassGroup},
+    {NodeKind::GeometryGroup, kGeometryLabel, kClassGeometry},
+    {NodeKind::DefinesGroup, kDefinesLabel, kClassGeometry},
+    {NodeKind::IncludesGroup, kIncludesLabel, kClassLink},
+    {NodeKind::StylesGroup, kStylesLabel, kClassLink},
+    {NodeKind::NamedStylesGroup, kNamedStylesLabel, kClassLink},
+    {NodeKind::ReferencesGroup, kReferencesLabel, kClassLink},
+    {NodeKind::GeometryRefGroup, kGeometryRefLabel, kClassGroup},
+    {NodeKind::SegmentRefGroup, kSegmentRefLabel, kClassGroup},
+};
+
+} // namespace
+
+TreeGraphItem* HoopsSegmentTree::MakeGroup(TreeGraphItem* parent, NodeKind kind, HC_KEY key,
+                                           std::uint32_t flags) {
+    for (const auto& group : kGroups)
+        if (group.kind == kind)
+            return MakeNode(parent, {kind}, group.label, key, group.selectionClass, flags, true);
+    return nullptr;
+}
+
+// Pages of kPageSize over count entries: "SEGMENTS %d-%d" or "REFERENCES %d-%d".
+void HoopsSegmentTree::MakePages(TreeGraphItem* parent, NodeKind kind, int count) {
+    bool segments = kind == NodeKind::SegmentPage;
+    const char* format = segments ? "SEGMENTS %d-%d" : "REFERENCES %d-%d";
+    std::int32_t selectionClass = segments ? kClassSegmentPage : kClassReferencePage;
+    std::uint32_t inherited = parent->GetFlags() & kFlagInStaticModel;
+    for (int i = 0; i < count; i += kPageSize) {
+        NodeData range{kind};
+        range.first = static_cast<std::uint32_t>(i + 1);
+        range.last = static_cast<std::uint32_t>(std::min(i + kPageSize, count));
+        UpdateSelectionState(
+            MakeNode(parent, range,
+                     Format(format, static_cast<int>(range.first), static_cast<int>(range.last)), 0,
+                     selectionClass, inherited, true));
+    }
+}
+
 void HoopsSegmentTree::DeleteChildren(TreeGraphItem* node) {
     while (TreeGraphItem* child = node->GetFirstChild())
         node->DeleteChild(child);
@@ -341,30 +373,15 @@ void HoopsSegmentTree::ExpandSegment(TreeGraphItem* node, HC_KEY segment) {
         }
     }
     if (hasStaticModel)
-        MakeNode(node, {NodeKind::StaticTree}, kStaticTreeLabel, self, kClassGroup,
-                 kFlagInStaticModel | kFlagStaticModel, true);
-    if (hasGeometry)
-        MakeNode(node, {NodeKind::GeometryGroup}, kGeometryLabel, 0, kClassGeometry, inherited,
-                 true);
-    if (hasDefinitions)
-        MakeNode(node, {NodeKind::DefinesGroup}, kDefinesLabel, 0, kClassGeometry, inherited, true);
-    if (hasIncludes)
-        MakeNode(node, {NodeKind::IncludesGroup}, kIncludesLabel, 0, kClassLink, inherited, true);
-    if (hasStyles)
-        MakeNode(node, {NodeKind::StylesGroup}, kStylesLabel, 0, kClassLink, inherited, true);
-    if (hasNamedStyles)
-        MakeNode(node, {NodeKind::NamedStylesGroup}, kNamedStylesLabel, 0, kClassLink, inherited,
-                 true);
-    if (hasReferences)
-        MakeNode(node, {NodeKind::ReferencesGroup}, kReferencesLabel, segment, kClassLink,
-                 inherited, true);
+        MakeGroup(node, NodeKind::StaticTree, self, kFlagInStaticModel | kFlagStaticModel);
+    if (hasGeometry) MakeGroup(node, NodeKind::GeometryGroup, 0, inherited);
+    if (hasDefinitions) MakeGroup(node, NodeKind::DefinesGroup, 0, inherited);
+    if (hasIncludes) MakeGroup(node, NodeKind::IncludesGroup, 0, inherited);
+    if (hasStyles) MakeGroup(node, NodeKind::StylesGroup, 0, inherited);
+    if (hasNamedStyles) MakeGroup(node, NodeKind::NamedStylesGroup, 0, inherited);
+    if (hasReferences) MakeGroup(node, NodeKind::ReferencesGroup, segment, inherited);
     if (count > kPageSize) {
-        MakePages(count, [&](int first, int last) {
-            TreeGraphItem* page = MakeNode(node, Page(NodeKind::SegmentPage, first, last),
-                                           Format("SEGMENTS %d-%d", first, last), 0,
-                                           kClassSegmentPage, inherited, true);
-            UpdateSelectionState(page);
-        });
+        MakePages(node, NodeKind::SegmentPage, count);
         return;
     }
     std::unordered_set<HC_KEY> shown;
@@ -540,12 +557,8 @@ void HoopsSegmentTree::ExpandReferencesGroup(TreeGraphItem* node, HC_KEY segment
         }
     }
     std::uint32_t inherited = node->GetFlags() & kFlagInStaticModel;
-    if (toGeometry)
-        MakeNode(node, {NodeKind::GeometryRefGroup}, kGeometryRefLabel, 0, kClassGroup, inherited,
-                 true);
-    if (toSegments)
-        MakeNode(node, {NodeKind::SegmentRefGroup}, kSegmentRefLabel, 0, kClassGroup, inherited,
-                 true);
+    if (toGeometry) MakeGroup(node, NodeKind::GeometryRefGroup, 0, inherited);
+    if (toSegments) MakeGroup(node, NodeKind::SegmentRefGroup, 0, inherited);
 }
 
 namespace {
@@ -581,14 +594,8 @@ void HoopsSegmentTree::ExpandReferenceKind(TreeGraphItem* group) {
     int total = static_cast<int>(entries.size());
     int ofKind = static_cast<int>(std::count_if(
         entries.begin(), entries.end(), [&](auto& e) { return e.ToSegment() == segments; }));
-    std::uint32_t inherited = group->GetFlags() & kFlagInStaticModel;
     if (total > kPageSize && ofKind >= kPageSize) {
-        MakePages(total, [&](int first, int last) {
-            TreeGraphItem* page = MakeNode(group, Page(NodeKind::ReferencePage, first, last),
-                                           Format("REFERENCES %d-%d", first, last), 0,
-                                           kClassReferencePage, inherited, true);
-            UpdateSelectionState(page);
-        });
+        MakePages(group, NodeKind::ReferencePage, total);
         return;
     }
     for (const ReferenceEntry& entry : entries)
@@ -660,11 +667,8 @@ void HoopsSegmentTree::ExpandItem(TreeGraphItem* node) {
             }
             ContentOwner owner{target, key, ToLower(ReferenceFilter(key))};
             if (!PresentKinds(owner).empty())
-                MakeNode(node, {NodeKind::GeometryGroup}, kGeometryLabel, 0, kClassGeometry,
-                         inherited | kFlagReferencedGeometry, true);
-            if (hasReferences)
-                MakeNode(node, {NodeKind::ReferencesGroup}, kReferencesLabel, target, kClassLink,
-                         inherited, true);
+                MakeGroup(node, NodeKind::GeometryGroup, 0, inherited | kFlagReferencedGeometry);
+            if (hasReferences) MakeGroup(node, NodeKind::ReferencesGroup, target, inherited);
             continue;
         }
         std::uint32_t index = GeometryKindIndex(targetType);

@@ -189,6 +189,11 @@ private:
                             const std::string& label, HC_KEY key, std::int32_t selectionClass,
                             std::uint32_t flags, bool hasChildren);
     TreeGraphItem* MakeSegmentNode(TreeGraphItem* parent, HC_KEY key, std::uint32_t flags);
+    // A grouping node (STATIC_TREE to SEGMENT_REF); key: its segment, or 0.
+    TreeGraphItem* MakeGroup(TreeGraphItem* parent, obsidra::scenetree::NodeKind kind, HC_KEY key,
+                             std::uint32_t flags);
+    // kind: SegmentPage or ReferencePage.
+    void MakePages(TreeGraphItem* parent, obsidra::scenetree::NodeKind kind, int count);
     // kind: Include, Style or NamedStyle.
     TreeGraphItem* MakeLinkNode(TreeGraphItem* parent, HC_KEY key,
                                 obsidra::scenetree::NodeKind kind);
