@@ -142,8 +142,6 @@ std::string HoopsSegmentTree::AttributeLineLabel(const HoopsAttribute& attribute
                   attribute.GetName().data(), value.c_str());
 }
 
-// Children go one by one from the front; the graph's cursor rule does not apply, since no
-// cursor is used.
 namespace {
 
 // The fixed grouping nodes: the label each shows and how the selection step treats it.
@@ -190,6 +188,8 @@ void HoopsSegmentTree::MakePages(TreeGraphItem* parent, NodeKind kind, int count
     }
 }
 
+// Children go one by one from the front; the graph's cursor rule does not apply, since no
+// cursor is used.
 void HoopsSegmentTree::DeleteChildren(TreeGraphItem* node) {
     while (TreeGraphItem* child = node->GetFirstChild())
         node->DeleteChild(child);
@@ -294,9 +294,9 @@ void HoopsSegmentTree::ExpandGroup(TreeGraphItem* node) {
         if (HoopsDefineGeometry* kind = DefinitionKindOf(node)) ExpandDefinitionKind(node, *kind);
         return;
     case NodeKind::IncludesGroup:
-        return ExpandLinkGroup(node, "includes");
+        return ExpandLinkGroup(node, "includes", NodeKind::Include);
     case NodeKind::StylesGroup:
-        return ExpandLinkGroup(node, "styles");
+        return ExpandLinkGroup(node, "styles", NodeKind::Style);
     case NodeKind::NamedStylesGroup:
         return ExpandNamedStyles(node);
     case NodeKind::GeometryGroup:
@@ -406,20 +406,19 @@ void HoopsSegmentTree::ExpandSegmentPage(TreeGraphItem* page) {
 
 // Includes and styles are refreshed in place: nodes of links still there keep their place (and
 // their expanded children), nodes of links gone go, new links are appended.
-void HoopsSegmentTree::ExpandLinkGroup(TreeGraphItem* group, const char* filter) {
+void HoopsSegmentTree::ExpandLinkGroup(TreeGraphItem* group, const char* filter,
+                                       NodeKind linkKind) {
     HC_KEY segment = group->GetParent()->GetKey();
-    std::vector<std::pair<std::string, HC_KEY>> links;
+    std::vector<HC_KEY> links;
     {
         SegmentScope open(segment);
         ContentsSearch search(filter);
         std::string type;
         HC_KEY key = 0;
         while (search.Next(type, key))
-            links.emplace_back(type, key);
+            links.push_back(key);
     }
-    std::unordered_set<HC_KEY> found;
-    for (const auto& link : links)
-        found.insert(link.second);
+    std::unordered_set<HC_KEY> found(links.begin(), links.end());
     std::unordered_set<HC_KEY> shown;
     for (TreeGraphItem* child = group->GetFirstChild(); child;) {
         TreeGraphItem* next = child->GetNextSibling();
@@ -429,12 +428,8 @@ void HoopsSegmentTree::ExpandLinkGroup(TreeGraphItem* group, const char* filter)
             shown.insert(child->GetKey());
         child = next;
     }
-    for (const auto& [type, key] : links)
-        if (!shown.count(key))
-            UpdateSelectionState(MakeLinkNode(group, key,
-                                              ObjectTypeOfWord(type) == ObjectType::Include
-                                                  ? NodeKind::Include
-                                                  : NodeKind::Style));
+    for (HC_KEY key : links)
+        if (!shown.count(key)) UpdateSelectionState(MakeLinkNode(group, key, linkKind));
 }
 
 void HoopsSegmentTree::ExpandNamedStyles(TreeGraphItem* group) {

@@ -206,7 +206,8 @@ private:
     void ExpandKeyed(TreeGraphItem* node);
     void ExpandSegment(TreeGraphItem* node, HC_KEY segment);
     void ExpandSegmentPage(TreeGraphItem* page);
-    void ExpandLinkGroup(TreeGraphItem* group, const char* filter);
+    void ExpandLinkGroup(TreeGraphItem* group, const char* filter,
+                         obsidra::scenetree::NodeKind linkKind);
     void ExpandNamedStyles(TreeGraphItem* group);
     void ExpandGeometryGroup(TreeGraphItem* group);
     void ExpandGeometryKind(TreeGraphItem* kindNode, std::uint32_t index);
