@@ -171,6 +171,8 @@ TreeGraphItem* HoopsSegmentTree::MakeGroup(TreeGraphItem* parent, NodeKind kind,
     return nullptr;
 }
 
+static_assert(kPageSize <= 0xFFFF, "a page node keeps its length in 16 bits");
+
 // Pages of kPageSize over count entries: "SEGMENTS %d-%d" or "REFERENCES %d-%d".
 void HoopsSegmentTree::MakePages(TreeGraphItem* parent, NodeKind kind, int count) {
     bool segments = kind == NodeKind::SegmentPage;
