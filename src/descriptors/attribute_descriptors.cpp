@@ -182,7 +182,7 @@ void CloseList(std::string& text) {
     AppendBounded(text, "}");
 }
 
-// The parts of a shown entry are trimmed of spaces and tabs only, as HC_Parse_String trims them.
+// The parts of a shown entry are trimmed of spaces and tabs only.
 constexpr std::string_view kSpaceOrTab = " \t";
 
 std::string_view Trim(std::string_view part) {

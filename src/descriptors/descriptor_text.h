@@ -22,6 +22,7 @@ inline constexpr size_t kTextSize = HC_TEXT_MAX;
 static_assert(kTextSize == text::kBufferSize);
 
 using text::Format;
+
 // printf appended to text; what would run past kTextSize - 1 bytes is cut.
 void AppendFormat(std::string& text, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void AppendBounded(std::string& text, std::string_view more);
