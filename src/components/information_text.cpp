@@ -1,9 +1,11 @@
 #include "components/information_text.h"
 
 #include "components/component_id.h"
-#include "components/text_format.h"
+#include "text/text.h"
 
 namespace obsidra::components {
+
+using text::AppendFormat;
 
 namespace {
 

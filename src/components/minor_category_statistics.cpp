@@ -3,21 +3,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "components/text_format.h"
+#include "text/text.h"
 
 namespace obsidra::components {
 
-namespace {
-
-// A sorted list compares its texts without regard to the case of Latin letters.
-std::string FoldCase(std::string_view text) {
-    std::string folded(text);
-    for (char& c : folded)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return folded;
-}
-
-} // namespace
+using text::AppendFormat;
 
 MinorCategoryStatistics MakeMinorCategoryStatistics(const MinorCategoryCounts& counts) {
     struct Entry {
@@ -28,7 +18,8 @@ MinorCategoryStatistics MakeMinorCategoryStatistics(const MinorCategoryCounts& c
     entries.reserve(counts.size());
     MinorCategoryStatistics statistics;
     for (const auto& [name, count] : counts) {
-        Entry entry{FoldCase(name), {name, count, {}}};
+        // A sorted list compares its texts without regard to the case of Latin letters.
+        Entry entry{text::ToLower(name), {name, count, {}}};
         AppendFormat(entry.row.countText, "%d", count);
         entries.push_back(std::move(entry));
         statistics.total += count;

@@ -182,12 +182,11 @@ void CloseList(std::string& text) {
     AppendBounded(text, "}");
 }
 
-std::string_view Trim(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-        text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-        text.remove_suffix(1);
-    return text;
+// The parts of a shown entry are trimmed of spaces and tabs only.
+constexpr std::string_view kSpaceOrTab = " \t";
+
+std::string_view Trim(std::string_view part) {
+    return obsidra::text::Trim(part, kSpaceOrTab);
 }
 
 // Whether the "(" that opens text is closed by its last character.
@@ -219,19 +218,6 @@ std::string Unwrap(std::string_view part) {
     while (Enclosed(part))
         part = Trim(part.substr(1, part.size() - 2));
     return std::string(part);
-}
-
-// The fields of text between the separators, trimmed, as HC_Parse_String gives them.
-std::vector<std::string_view> Fields(std::string_view text, char separator) {
-    std::vector<std::string_view> fields;
-    size_t start = 0;
-    for (size_t i = 0; i <= text.size(); ++i) {
-        if (i == text.size() || text[i] == separator) {
-            fields.push_back(Trim(text.substr(start, i - start)));
-            start = i + 1;
-        }
-    }
-    return fields;
 }
 
 std::string_view DropFirst(std::string_view part) {
@@ -609,7 +595,7 @@ bool HoopsAttributeGeometryOptions::Exists() {
 // --- Conditional actions -------------------------------------------------------------------------
 
 void HoopsAttributeConditionalAction::Set(std::string_view text) {
-    for (std::string_view entry : Fields(text, ',')) {
+    for (std::string_view entry : obsidra::text::Fields(text, ',', kSpaceOrTab)) {
         size_t question = entry.find('?');
         std::string_view condition = Trim(entry.substr(0, question));
         std::string_view action = question == std::string_view::npos

@@ -4,7 +4,6 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 
 #include "descriptors/geometry_descriptors.h"
@@ -13,29 +12,12 @@ namespace obsidra::descriptors {
 
 namespace {
 
-std::string VFormat(const char* format, va_list arguments) {
-    char buffer[kTextSize];
-    int written = std::vsnprintf(buffer, sizeof buffer, format, arguments);
-    return written < 0 ? std::string() : std::string(buffer);
-}
-
 bool IsSeparator(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == ',';
 }
 
 bool IsLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
-}
-
-bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (Lower(a[i]) != Lower(b[i])) return false;
-    return true;
 }
 
 // One token of a number list: a number, and where labelled also "Label:number" or the label
@@ -60,26 +42,18 @@ bool ReadToken(std::string_view token, bool labelled, std::vector<double>& numbe
 }
 
 bool IsGeometryType(std::string_view type) {
-    if (EqualsIgnoreCase(type, "geometry")) return true;
+    if (text::EqualsIgnoreCase(type, "geometry")) return true;
     for (const GeometryInfo& info : kGeometryTable)
-        if (EqualsIgnoreCase(type, info.nameWord)) return true;
+        if (text::EqualsIgnoreCase(type, info.nameWord)) return true;
     return false;
 }
 
 } // namespace
 
-std::string Format(const char* format, ...) {
+void AppendFormat(std::string& out, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    std::string text = VFormat(format, arguments);
-    va_end(arguments);
-    return text;
-}
-
-void AppendFormat(std::string& text, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    AppendBounded(text, VFormat(format, arguments));
+    AppendBounded(out, text::VFormat(format, arguments));
     va_end(arguments);
 }
 

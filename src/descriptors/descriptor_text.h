@@ -11,14 +11,18 @@
 
 #include <obsidra/hc.h>
 
+#include "text/text.h"
+
 namespace obsidra::descriptors {
 
 // The texts a descriptor writes are what its callers' 4096-byte buffers held: at most
 // kTextSize - 1 bytes, cut there.
 inline constexpr size_t kTextSize = HC_TEXT_MAX;
 
-// printf into a buffer of kTextSize bytes.
-std::string Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
+static_assert(kTextSize == text::kBufferSize);
+
+using text::Format;
+
 // printf appended to text; what would run past kTextSize - 1 bytes is cut.
 void AppendFormat(std::string& text, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void AppendBounded(std::string& text, std::string_view more);

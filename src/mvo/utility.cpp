@@ -17,9 +17,14 @@ bool HUtility::RenameSegment(HC_KEY segmentKey, const char* newName) {
     HC_Show_Segment(segmentKey, path);
     HC_Rename_Segment(path, newName);
     HC_Show_Segment(segmentKey, path);
-    char name[HC_TEXT_MAX];
-    HC_Parse_String(path, "/", -1, name);
-    return std::strcmp(name, newName) == 0;
+    return OwnName(path) == newName;
+}
+
+std::string HUtility::OwnName(const std::string& pathname) {
+    if (pathname.size() <= 1) return pathname;
+    char name[HC_TEXT_MAX] = "";
+    HC_Parse_String(pathname.c_str(), "/", -1, name);
+    return name;
 }
 
 bool HUtility::IsSegmentKey(HC_KEY key) {

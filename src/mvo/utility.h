@@ -17,6 +17,8 @@ public:
     // Renames the segment of a key; the new name is one level. False when it cannot.
     static bool RenameSegment(HC_KEY segmentKey, const char* newName);
     static bool IsSegmentKey(HC_KEY key);
+    // The last level of a segment's pathname, as HC_Parse_String gives it; "/" stays "/".
+    static std::string OwnName(const std::string& pathname);
     // Whether a segment of that path exists; asks without creating it.
     static bool SegmentExists(const char* segment);
     // The text after the last '.' of a file name's last path level; empty when there is none.

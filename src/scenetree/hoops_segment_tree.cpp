@@ -1,8 +1,6 @@
 #include "scenetree/hoops_segment_tree.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 #include <unordered_set>
 
 #include "mvo/utility.h"
@@ -14,32 +12,19 @@ using namespace obsidra::scenetree;
 
 namespace {
 
-bool LabelIs(const TreeGraphItem* node, const char* label) {
-    return node && node->GetLabel() && std::strcmp(node->GetLabel(), label) == 0;
-}
-
-bool IsLinkGroup(const TreeGraphItem* node) {
-    return LabelIs(node, kIncludesLabel) || LabelIs(node, kStylesLabel) ||
-           LabelIs(node, kNamedStylesLabel);
-}
-
-// Reads "SEGMENTS %d-%d" or "REFERENCES %d-%d" back from a page's label.
-bool PageRange(const TreeGraphItem* page, const char* format, int& first, int& last) {
-    return page->GetLabel() && std::sscanf(page->GetLabel(), format, &first, &last) == 2 &&
-           first >= 1 && last >= first;
+// A page's range as kept in its data; false for a node that is no page of that kind.
+bool PageRange(const TreeGraphItem* page, NodeKind kind, int& first, int& last) {
+    NodeData data = DataOf(page);
+    if (data.kind != kind || data.first < 1 || data.last < data.first) return false;
+    first = static_cast<int>(data.first);
+    last = static_cast<int>(data.last);
+    return true;
 }
 
 std::string ReferenceFilter(HC_KEY reference) {
     char filter[HC_TEXT_MAX] = "";
     HC_Show_Reference_Geometry_Filt(reference, filter);
     return filter;
-}
-
-// Makes "SEGMENTS %d-%d" or "REFERENCES %d-%d" pages of kPageSize over count entries.
-template <typename MakePage>
-void MakePages(int count, MakePage makePage) {
-    for (int i = 0; i < count; i += kPageSize)
-        makePage(i + 1, std::min(i + kPageSize, count));
 }
 
 } // namespace
@@ -49,9 +34,13 @@ HoopsSegmentTree::HoopsSegmentTree(HBaseView* view, TreeGraph* graph, HC_KEY sta
     : m_view(view), m_graph(graph), m_notifier(notifier),
       m_lists(obsidra::descriptors::MakeDescriptorLists()) {
     m_startKey = startKey == -1 && view ? view->GetModelKey() : startKey;
+    // A view's Reset gives it a fresh root; a plain graph keeps (or lacks) one, so the tree
+    // makes sure it starts from an empty root either way.
     m_graph->Reset();
+    if (!m_graph->GetRoot()) m_graph->SetRoot(new TreeGraphItem(m_graph));
     m_graph->SetMessageTarget(this);
     TreeGraphItem* root = m_graph->GetRoot();
+    DeleteChildren(root);
     root->SetLabel("model");
     root->SetKey(m_startKey);
     if (!IsAlive(m_startKey)) return;
@@ -65,10 +54,12 @@ HoopsSegmentTree::~HoopsSegmentTree() {
 
 // --- Nodes ----------------------------------------------------------------------------------
 
-TreeGraphItem* HoopsSegmentTree::MakeNode(TreeGraphItem* parent, const std::string& label,
-                                          HC_KEY key, std::int32_t selectionClass,
-                                          std::uint32_t flags, bool hasChildren) {
+TreeGraphItem* HoopsSegmentTree::MakeNode(TreeGraphItem* parent, const NodeData& data,
+                                          const std::string& label, HC_KEY key,
+                                          std::int32_t selectionClass, std::uint32_t flags,
+                                          bool hasChildren) {
     TreeGraphItem* node = parent->AddChild(label.c_str(), key, true);
+    node->SetData(PackNodeData(data));
     node->SetFlags(flags);
     node->SetSelectionClass(selectionClass);
     node->SetEditable(false);
@@ -86,21 +77,20 @@ TreeGraphItem* HoopsSegmentTree::MakeSegmentNode(TreeGraphItem* parent, HC_KEY k
         HC_KEY item = 0;
         hasContents = search.Next(type, item);
     }
-    TreeGraphItem* node =
-        MakeNode(parent, OwnName(SegmentPath(key)), key, kClassSegment, flags, hasContents);
+    TreeGraphItem* node = MakeNode(parent, {NodeKind::Segment}, HUtility::OwnName(SegmentPath(key)),
+                                   key, kClassSegment, flags, hasContents);
     node->SetEditable(true);
     return node;
 }
 
 // Includes and styles show their source's pathname, named styles their name; a condition
 // follows when there is one.
-TreeGraphItem* HoopsSegmentTree::MakeLinkNode(TreeGraphItem* parent, HC_KEY key,
-                                              const std::string& type) {
+TreeGraphItem* HoopsSegmentTree::MakeLinkNode(TreeGraphItem* parent, HC_KEY key, NodeKind kind) {
     char text[HC_TEXT_MAX] = "";
     char condition[HC_TEXT_MAX] = "";
-    if (type == "include")
+    if (kind == NodeKind::Include)
         HC_Show_Conditional_Include(key, text, condition);
-    else if (type == "style")
+    else if (kind == NodeKind::Style)
         HC_Show_Conditional_Style(key, text, condition);
     else
         HC_Show_Named_Style_Segment(key, text);
@@ -108,8 +98,8 @@ TreeGraphItem* HoopsSegmentTree::MakeLinkNode(TreeGraphItem* parent, HC_KEY key,
     std::string label = condition[0]
                             ? Format("%llX - %s (Condition: %s)", keyValue, text, condition)
                             : Format("%llX - %s", keyValue, text);
-    return MakeNode(parent, label, key, kClassLink, parent->GetFlags() & kFlagInStaticModel,
-                    type != "named style");
+    return MakeNode(parent, {kind}, label, key, kClassLink, parent->GetFlags() & kFlagInStaticModel,
+                    kind != NodeKind::NamedStyle);
 }
 
 // A reference to a segment shows the segment and the filter; a reference to a geometry item
@@ -118,15 +108,15 @@ TreeGraphItem* HoopsSegmentTree::MakeReferenceNode(TreeGraphItem* parent, HC_KEY
                                                    HC_KEY target, const std::string& targetType) {
     std::uint32_t inherited = parent->GetFlags() & kFlagInStaticModel;
     unsigned long long keyValue = static_cast<unsigned long long>(reference);
-    if (targetType == "segment") {
+    if (ObjectTypeOfWord(targetType) == ObjectType::Segment) {
         std::string filter = ReferenceFilter(reference);
         std::string label = Format("%llX - %s - %s", keyValue, SegmentPath(target).c_str(),
                                    filter.empty() ? "no filter" : filter.c_str());
-        return MakeNode(parent, label, reference, kClassGeometry,
+        return MakeNode(parent, {NodeKind::SegmentReference}, label, reference, kClassGeometry,
                         inherited | kFlagReferencedSegment, true);
     }
     std::string label;
-    if (GeometryKindNamed(ToUpper(targetType))) {
+    if (GeometryKindIndex(targetType) != kNoKind) {
         std::string path = SegmentPath(target);
         size_t cut = 0;
         for (int level = 0; level < 3 && cut != std::string::npos; ++level)
@@ -142,14 +132,62 @@ TreeGraphItem* HoopsSegmentTree::MakeReferenceNode(TreeGraphItem* parent, HC_KEY
         for (const auto& attribute : m_lists.referencedItemAttributes)
             hasAttributes = hasAttributes || attribute->Exists();
     }
-    return MakeNode(parent, label, reference, kClassSegment, inherited | kFlagReferencedGeometry,
-                    hasAttributes);
+    return MakeNode(parent, {NodeKind::GeometryReference}, label, reference, kClassSegment,
+                    inherited | kFlagReferencedGeometry, hasAttributes);
 }
 
 std::string HoopsSegmentTree::AttributeLineLabel(const HoopsAttribute& attribute,
                                                  const std::string& value) const {
     return Format("%.*s: %s", static_cast<int>(attribute.GetName().size()),
                   attribute.GetName().data(), value.c_str());
+}
+
+namespace {
+
+// The fixed grouping nodes: the label each shows and how the selection step treats it.
+constexpr struct {
+    NodeKind kind;
+    const char* label;
+    std::int32_t selectionClass;
+} kGroups[] = {
+    {NodeKind::StaticTree, kStaticTreeLabel, kClassGroup},
+    {NodeKind::GeometryGroup, kGeometryLabel, kClassGeometry},
+    {NodeKind::DefinesGroup, kDefinesLabel, kClassGeometry},
+    {NodeKind::IncludesGroup, kIncludesLabel, kClassLink},
+    {NodeKind::StylesGroup, kStylesLabel, kClassLink},
+    {NodeKind::NamedStylesGroup, kNamedStylesLabel, kClassLink},
+    {NodeKind::ReferencesGroup, kReferencesLabel, kClassLink},
+    {NodeKind::GeometryRefGroup, kGeometryRefLabel, kClassGroup},
+    {NodeKind::SegmentRefGroup, kSegmentRefLabel, kClassGroup},
+};
+
+} // namespace
+
+TreeGraphItem* HoopsSegmentTree::MakeGroup(TreeGraphItem* parent, NodeKind kind, HC_KEY key,
+                                           std::uint32_t flags) {
+    for (const auto& group : kGroups)
+        if (group.kind == kind)
+            return MakeNode(parent, {kind}, group.label, key, group.selectionClass, flags, true);
+    return nullptr;
+}
+
+static_assert(kPageSize <= 0xFFFF, "a page node keeps its length in 16 bits");
+
+// Pages of kPageSize over count entries: "SEGMENTS %d-%d" or "REFERENCES %d-%d".
+void HoopsSegmentTree::MakePages(TreeGraphItem* parent, NodeKind kind, int count) {
+    bool segments = kind == NodeKind::SegmentPage;
+    const char* format = segments ? "SEGMENTS %d-%d" : "REFERENCES %d-%d";
+    std::int32_t selectionClass = segments ? kClassSegmentPage : kClassReferencePage;
+    std::uint32_t inherited = parent->GetFlags() & kFlagInStaticModel;
+    for (int i = 0; i < count; i += kPageSize) {
+        NodeData range{kind};
+        range.first = static_cast<std::uint32_t>(i + 1);
+        range.last = static_cast<std::uint32_t>(std::min(i + kPageSize, count));
+        UpdateSelectionState(
+            MakeNode(parent, range,
+                     Format(format, static_cast<int>(range.first), static_cast<int>(range.last)), 0,
+                     selectionClass, inherited, true));
+    }
 }
 
 // Children go one by one from the front; the graph's cursor rule does not apply, since no
@@ -168,39 +206,38 @@ const TreeGraphItem* HoopsSegmentTree::KeyedAncestor(const TreeGraphItem* node) 
 bool HoopsSegmentTree::ResolveOwner(const TreeGraphItem* keyed, ContentOwner& owner) const {
     if (!keyed || !IsAlive(keyed->GetKey())) return false;
     HC_KEY key = keyed->GetKey();
-    if (LabelIs(keyed, kStaticTreeLabel) || LabelIs(keyed, kReferencesLabel) ||
-        KeyType(key) != "reference") {
+    NodeKind kind = KindOf(keyed);
+    if (kind != NodeKind::SegmentReference && kind != NodeKind::GeometryReference) {
         owner.segment = key;
         return true;
     }
     HC_KEY target = HC_Show_Reference_Geometry(key);
-    if (!IsAlive(target) || KeyType(target) != "segment") return false;
+    if (!IsAlive(target) || ObjectTypeOf(target) != ObjectType::Segment) return false;
     owner.segment = target;
     owner.reference = key;
     owner.filter = ToLower(ReferenceFilter(key));
     return true;
 }
 
-// Links are asked about with their owner open, so that keys renumbered locally resolve.
-std::string HoopsSegmentTree::KeyTypeOf(const TreeGraphItem* node) const {
-    const TreeGraphItem* parent = node->GetParent();
-    if (IsLinkGroup(parent) && parent->GetParent() && IsAlive(parent->GetParent()->GetKey())) {
-        SegmentScope open(parent->GetParent()->GetKey());
-        return KeyType(node->GetKey());
-    }
-    return KeyType(node->GetKey());
+std::uint32_t HoopsSegmentTree::GeometryKindIndex(std::string_view typeWord) const {
+    std::string name = ToUpper(typeWord);
+    for (size_t i = 0; i < m_lists.geometry.size(); ++i)
+        if (m_lists.geometry[i]->GetName() == name) return static_cast<std::uint32_t>(i);
+    return kNoKind;
 }
 
-HoopsGeometry* HoopsSegmentTree::GeometryKindNamed(std::string_view name) const {
-    for (const auto& kind : m_lists.geometry)
-        if (kind->GetName() == name) return kind.get();
-    return nullptr;
+HoopsGeometry* HoopsSegmentTree::GeometryKindOf(const TreeGraphItem* node) const {
+    NodeData data = DataOf(node);
+    bool typed = data.kind == NodeKind::GeometryKind || data.kind == NodeKind::GeometryItem;
+    return typed && data.index < m_lists.geometry.size() ? m_lists.geometry[data.index].get()
+                                                         : nullptr;
 }
 
-HoopsDefineGeometry* HoopsSegmentTree::DefinitionKindNamed(std::string_view name) const {
-    for (const auto& kind : m_lists.definitions)
-        if (kind->GetName() == name) return kind.get();
-    return nullptr;
+HoopsDefineGeometry* HoopsSegmentTree::DefinitionKindOf(const TreeGraphItem* node) const {
+    NodeData data = DataOf(node);
+    bool typed = data.kind == NodeKind::DefinitionKind || data.kind == NodeKind::DefinitionLine;
+    return typed && data.index < m_lists.definitions.size() ? m_lists.definitions[data.index].get()
+                                                            : nullptr;
 }
 
 HoopsAttribute* HoopsSegmentTree::AttributeNamed(std::string_view name) const {
@@ -210,20 +247,19 @@ HoopsAttribute* HoopsSegmentTree::AttributeNamed(std::string_view name) const {
 }
 
 HoopsAttribute* HoopsSegmentTree::AttributeOfLine(const TreeGraphItem* line) const {
-    if (!IsAttributeLine(line)) return nullptr;
-    size_t kind = static_cast<size_t>(line->GetData() & 0xFFFFFFFFu);
-    return kind < m_lists.segmentAttributes.size() ? m_lists.segmentAttributes[kind].get()
-                                                   : nullptr;
+    NodeData data = DataOf(line);
+    if (data.kind != NodeKind::AttributeLine) return nullptr;
+    return data.index < m_lists.segmentAttributes.size()
+               ? m_lists.segmentAttributes[data.index].get()
+               : nullptr;
 }
 
 bool HoopsSegmentTree::IsAttributeLine(const TreeGraphItem* node) const {
-    return node && !IsObjectKey(node->GetKey()) &&
-           (node->GetData() & ~0xFFFFFFFFull) == kDataAttributeLine;
+    return KindOf(node) == NodeKind::AttributeLine;
 }
 
 bool HoopsSegmentTree::IsDefinitionLine(const TreeGraphItem* node) const {
-    return node && !IsObjectKey(node->GetKey()) &&
-           (node->GetData() & ~0xFFFFFFFFull) == kDataDefinitionLine;
+    return KindOf(node) == NodeKind::DefinitionLine;
 }
 
 // --- Expansion ------------------------------------------------------------------------------
@@ -252,46 +288,60 @@ void HoopsSegmentTree::ExpandNode(TreeGraphItem* node) {
 }
 
 void HoopsSegmentTree::ExpandGroup(TreeGraphItem* node) {
-    std::string_view label = node->GetLabel() ? node->GetLabel() : "";
-    if (HoopsGeometry* kind = GeometryKindNamed(label))
-        ExpandGeometryKind(node, *kind);
-    else if (HoopsDefineGeometry* definition = DefinitionKindNamed(label))
-        ExpandDefinitionKind(node, *definition);
-    else if (label == kIncludesLabel)
-        ExpandLinkGroup(node, "includes");
-    else if (label == kStylesLabel)
-        ExpandLinkGroup(node, "styles");
-    else if (label == kNamedStylesLabel)
-        ExpandNamedStyles(node);
-    else if (label == kGeometryLabel)
-        ExpandGeometryGroup(node);
-    else if (label == kDefinesLabel)
-        ExpandDefinesGroup(node);
-    else if (label == kSegmentRefLabel || label == kGeometryRefLabel)
-        ExpandReferenceKind(node);
-    else if (label.find(kReferencesLabel) != std::string_view::npos)
-        ExpandReferencePage(node);
-    else if (label.find("SEGMENTS") != std::string_view::npos)
-        ExpandSegmentPage(node);
+    switch (KindOf(node)) {
+    case NodeKind::GeometryKind:
+        if (GeometryKindOf(node)) ExpandGeometryKind(node, DataOf(node).index);
+        return;
+    case NodeKind::DefinitionKind:
+        if (HoopsDefineGeometry* kind = DefinitionKindOf(node)) ExpandDefinitionKind(node, *kind);
+        return;
+    case NodeKind::IncludesGroup:
+        return ExpandLinkGroup(node, "includes", NodeKind::Include);
+    case NodeKind::StylesGroup:
+        return ExpandLinkGroup(node, "styles", NodeKind::Style);
+    case NodeKind::NamedStylesGroup:
+        return ExpandNamedStyles(node);
+    case NodeKind::GeometryGroup:
+        return ExpandGeometryGroup(node);
+    case NodeKind::DefinesGroup:
+        return ExpandDefinesGroup(node);
+    case NodeKind::SegmentRefGroup:
+    case NodeKind::GeometryRefGroup:
+        return ExpandReferenceKind(node);
+    case NodeKind::ReferencePage:
+        return ExpandReferencePage(node);
+    case NodeKind::SegmentPage:
+        return ExpandSegmentPage(node);
+    default:
+        return;
+    }
 }
 
 void HoopsSegmentTree::ExpandKeyed(TreeGraphItem* node) {
     HC_KEY key = node->GetKey();
-    if (LabelIs(node, kStaticTreeLabel)) return ExpandSegment(node, key);
-    if (LabelIs(node, kReferencesLabel)) return ExpandReferencesGroup(node, key);
-    std::string type = KeyTypeOf(node);
-    if (type == "segment") return ExpandSegment(node, key);
-    if (type == "include" || type == "style") {
-        HC_KEY source = type == "include" ? HC_Show_Include_Segment(key, nullptr)
-                                          : HC_Show_Style_Segment(key, nullptr);
+    switch (KindOf(node)) {
+    case NodeKind::Segment:
+    case NodeKind::StaticTree:
+        return ExpandSegment(node, key);
+    case NodeKind::ReferencesGroup:
+        return ExpandReferencesGroup(node, key);
+    case NodeKind::Include:
+    case NodeKind::Style: {
+        HC_KEY source = KindOf(node) == NodeKind::Include ? HC_Show_Include_Segment(key, nullptr)
+                                                          : HC_Show_Style_Segment(key, nullptr);
         DeleteChildren(node);
         if (!IsAlive(source)) return;
         TreeGraphItem* child = MakeSegmentNode(node, source, node->GetFlags() & kFlagInStaticModel);
         UpdateSelectionState(child);
         return;
     }
-    if (type == "named style") return;
-    ExpandItem(node, type);
+    case NodeKind::SegmentReference:
+    case NodeKind::GeometryReference:
+    case NodeKind::GeometryItem:
+        return ExpandItem(node);
+    default:
+        return;
+    }
 }
 
 void HoopsSegmentTree::ExpandSegment(TreeGraphItem* node, HC_KEY segment) {
@@ -325,20 +375,15 @@ void HoopsSegmentTree::ExpandSegment(TreeGraphItem* node, HC_KEY segment) {
         }
     }
     if (hasStaticModel)
-        MakeNode(node, kStaticTreeLabel, self, kClassGroup, kFlagInStaticModel | kFlagStaticModel,
-                 true);
-    if (hasGeometry) MakeNode(node, kGeometryLabel, 0, kClassGeometry, inherited, true);
-    if (hasDefinitions) MakeNode(node, kDefinesLabel, 0, kClassGeometry, inherited, true);
-    if (hasIncludes) MakeNode(node, kIncludesLabel, 0, kClassLink, inherited, true);
-    if (hasStyles) MakeNode(node, kStylesLabel, 0, kClassLink, inherited, true);
-    if (hasNamedStyles) MakeNode(node, kNamedStylesLabel, 0, kClassLink, inherited, true);
-    if (hasReferences) MakeNode(node, kReferencesLabel, segment, kClassLink, inherited, true);
+        MakeGroup(node, NodeKind::StaticTree, self, kFlagInStaticModel | kFlagStaticModel);
+    if (hasGeometry) MakeGroup(node, NodeKind::GeometryGroup, 0, inherited);
+    if (hasDefinitions) MakeGroup(node, NodeKind::DefinesGroup, 0, inherited);
+    if (hasIncludes) MakeGroup(node, NodeKind::IncludesGroup, 0, inherited);
+    if (hasStyles) MakeGroup(node, NodeKind::StylesGroup, 0, inherited);
+    if (hasNamedStyles) MakeGroup(node, NodeKind::NamedStylesGroup, 0, inherited);
+    if (hasReferences) MakeGroup(node, NodeKind::ReferencesGroup, segment, inherited);
     if (count > kPageSize) {
-        MakePages(count, [&](int first, int last) {
-            TreeGraphItem* page = MakeNode(node, Format("SEGMENTS %d-%d", first, last), 0,
-                                           kClassSegmentPage, inherited, true);
-            UpdateSelectionState(page);
-        });
+        MakePages(node, NodeKind::SegmentPage, count);
         return;
     }
     std::unordered_set<HC_KEY> shown;
@@ -354,7 +399,7 @@ void HoopsSegmentTree::ExpandSegment(TreeGraphItem* node, HC_KEY segment) {
 void HoopsSegmentTree::ExpandSegmentPage(TreeGraphItem* page) {
     int first = 0, last = 0;
     const TreeGraphItem* owner = page->GetParent();
-    if (!PageRange(page, "SEGMENTS %d-%d", first, last) || !owner) return;
+    if (!PageRange(page, NodeKind::SegmentPage, first, last) || !owner) return;
     DeleteChildren(page);
     std::uint32_t inherited = page->GetFlags() & kFlagInStaticModel;
     for (HC_KEY key : SubsegmentKeys(owner->GetKey(), first - 1, last - 1))
@@ -363,20 +408,19 @@ void HoopsSegmentTree::ExpandSegmentPage(TreeGraphItem* page) {
 
 // Includes and styles are refreshed in place: nodes of links still there keep their place (and
 // their expanded children), nodes of links gone go, new links are appended.
-void HoopsSegmentTree::ExpandLinkGroup(TreeGraphItem* group, const char* filter) {
+void HoopsSegmentTree::ExpandLinkGroup(TreeGraphItem* group, const char* filter,
+                                       NodeKind linkKind) {
     HC_KEY segment = group->GetParent()->GetKey();
-    std::vector<std::pair<std::string, HC_KEY>> links;
+    std::vector<HC_KEY> links;
     {
         SegmentScope open(segment);
         ContentsSearch search(filter);
         std::string type;
         HC_KEY key = 0;
         while (search.Next(type, key))
-            links.emplace_back(type, key);
+            links.push_back(key);
     }
-    std::unordered_set<HC_KEY> found;
-    for (const auto& link : links)
-        found.insert(link.second);
+    std::unordered_set<HC_KEY> found(links.begin(), links.end());
     std::unordered_set<HC_KEY> shown;
     for (TreeGraphItem* child = group->GetFirstChild(); child;) {
         TreeGraphItem* next = child->GetNextSibling();
@@ -386,8 +430,8 @@ void HoopsSegmentTree::ExpandLinkGroup(TreeGraphItem* group, const char* filter)
             shown.insert(child->GetKey());
         child = next;
     }
-    for (const auto& [type, key] : links)
-        if (!shown.count(key)) UpdateSelectionState(MakeLinkNode(group, key, type));
+    for (HC_KEY key : links)
+        if (!shown.count(key)) UpdateSelectionState(MakeLinkNode(group, key, linkKind));
 }
 
 void HoopsSegmentTree::ExpandNamedStyles(TreeGraphItem* group) {
@@ -403,7 +447,7 @@ void HoopsSegmentTree::ExpandNamedStyles(TreeGraphItem* group) {
     }
     SegmentScope open(group->GetParent()->GetKey());
     for (HC_KEY key : styles)
-        MakeLinkNode(group, key, "named style");
+        MakeLinkNode(group, key, NodeKind::NamedStyle);
 }
 
 // Under a reference, the kinds the reference's filter leaves out ("no shells", "no geometry")
@@ -414,27 +458,29 @@ void HoopsSegmentTree::ExpandGeometryGroup(TreeGraphItem* group) {
     DeleteChildren(group);
     std::uint32_t flags = group->GetFlags() & kFlagInStaticModel;
     if (owner.reference) flags |= group->GetFlags() & kFlagReferencedGeometry;
-    std::vector<HoopsGeometry*> present = PresentKinds(owner);
-    for (HoopsGeometry* kind : present)
-        MakeNode(group, std::string(kind->GetName()), 0, kClassGeometry, flags, true);
+    for (std::uint32_t index : PresentKinds(owner))
+        MakeNode(group, {NodeKind::GeometryKind, index},
+                 std::string(m_lists.geometry[index]->GetName()), 0, kClassGeometry, flags, true);
 }
 
-std::vector<HoopsGeometry*> HoopsSegmentTree::PresentKinds(const ContentOwner& owner) {
-    std::vector<HoopsGeometry*> present;
+std::vector<std::uint32_t> HoopsSegmentTree::PresentKinds(const ContentOwner& owner) {
+    std::vector<std::uint32_t> present;
     SegmentScope open(owner.segment);
-    for (const auto& kind : m_lists.geometry) {
+    for (std::uint32_t index = 0; index < m_lists.geometry.size(); ++index) {
+        HoopsGeometry* kind = m_lists.geometry[index].get();
         if (owner.reference) {
             std::string excluded = "no " + ToLower(kind->GetName());
             if (owner.filter.find("no geometry") != std::string::npos ||
                 owner.filter.find(excluded) != std::string::npos)
                 continue;
         }
-        if (kind->Count() > 0) present.push_back(kind.get());
+        if (kind->Count() > 0) present.push_back(index);
     }
     return present;
 }
 
-void HoopsSegmentTree::ExpandGeometryKind(TreeGraphItem* kindNode, HoopsGeometry& kind) {
+void HoopsSegmentTree::ExpandGeometryKind(TreeGraphItem* kindNode, std::uint32_t index) {
+    HoopsGeometry& kind = *m_lists.geometry[index];
     ContentOwner owner;
     ResolveOwner(KeyedAncestor(kindNode), owner);
     DeleteChildren(kindNode);
@@ -454,7 +500,8 @@ void HoopsSegmentTree::ExpandGeometryKind(TreeGraphItem* kindNode, HoopsGeometry
     }
     for (const auto& [key, label] : items) {
         bool hasAttributes = HC_Show_Existence_By_Key(key, "attributes") != 0;
-        UpdateSelectionState(MakeNode(kindNode, label, key, kClassGeometry, flags, hasAttributes));
+        UpdateSelectionState(MakeNode(kindNode, {NodeKind::GeometryItem, index}, label, key,
+                                      kClassGeometry, flags, hasAttributes));
     }
 }
 
@@ -462,14 +509,15 @@ void HoopsSegmentTree::ExpandDefinesGroup(TreeGraphItem* group) {
     ContentOwner owner;
     ResolveOwner(KeyedAncestor(group), owner);
     DeleteChildren(group);
-    std::vector<HoopsDefineGeometry*> present;
+    std::vector<std::uint32_t> present;
     {
         SegmentScope open(owner.segment);
-        for (const auto& kind : m_lists.definitions)
-            if (kind->Count() > 0) present.push_back(kind.get());
+        for (std::uint32_t index = 0; index < m_lists.definitions.size(); ++index)
+            if (m_lists.definitions[index]->Count() > 0) present.push_back(index);
     }
-    for (HoopsDefineGeometry* kind : present)
-        MakeNode(group, std::string(kind->GetName()), 0, kClassGeometry,
+    for (std::uint32_t index : present)
+        MakeNode(group, {NodeKind::DefinitionKind, index},
+                 std::string(m_lists.definitions[index]->GetName()), 0, kClassGeometry,
                  group->GetFlags() & kFlagInStaticModel, true);
 }
 
@@ -486,14 +534,9 @@ void HoopsSegmentTree::ExpandDefinitionKind(TreeGraphItem* kindNode, HoopsDefine
             lines.push_back(line);
         kind.EndSearch();
     }
-    std::uint64_t data = 0;
-    for (size_t i = 0; i < m_lists.definitions.size(); ++i)
-        if (m_lists.definitions[i].get() == &kind) data = kDataDefinitionLine | i;
-    for (const std::string& line : lines) {
-        TreeGraphItem* node = MakeNode(kindNode, line, 0, kClassGeometry,
-                                       kindNode->GetFlags() & kFlagInStaticModel, false);
-        node->SetData(data);
-    }
+    for (const std::string& line : lines)
+        MakeNode(kindNode, {NodeKind::DefinitionLine, DataOf(kindNode).index}, line, 0,
+                 kClassGeometry, kindNode->GetFlags() & kFlagInStaticModel, false);
 }
 
 void HoopsSegmentTree::ExpandReferencesGroup(TreeGraphItem* node, HC_KEY segment) {
@@ -506,12 +549,13 @@ void HoopsSegmentTree::ExpandReferencesGroup(TreeGraphItem* node, HC_KEY segment
         HC_KEY key = 0;
         while (search.Next(type, key) && !(toGeometry && toSegments)) {
             HC_KEY target = HC_Show_Reference_Geometry(key);
-            (IsObjectKey(target) && KeyType(target) == "segment" ? toSegments : toGeometry) = true;
+            bool toSegment = IsObjectKey(target) && ObjectTypeOf(target) == ObjectType::Segment;
+            (toSegment ? toSegments : toGeometry) = true;
         }
     }
     std::uint32_t inherited = node->GetFlags() & kFlagInStaticModel;
-    if (toGeometry) MakeNode(node, kGeometryRefLabel, 0, kClassGroup, inherited, true);
-    if (toSegments) MakeNode(node, kSegmentRefLabel, 0, kClassGroup, inherited, true);
+    if (toGeometry) MakeGroup(node, NodeKind::GeometryRefGroup, 0, inherited);
+    if (toSegments) MakeGroup(node, NodeKind::SegmentRefGroup, 0, inherited);
 }
 
 namespace {
@@ -520,6 +564,7 @@ struct ReferenceEntry {
     HC_KEY reference;
     HC_KEY target;
     std::string targetType;
+    bool ToSegment() const { return ObjectTypeOfWord(targetType) == ObjectType::Segment; }
 };
 
 std::vector<ReferenceEntry> ListReferences(HC_KEY segment, const char* filter) {
@@ -541,23 +586,17 @@ void HoopsSegmentTree::ExpandReferenceKind(TreeGraphItem* group) {
     const TreeGraphItem* references = group->GetParent();
     if (!references || !IsAlive(references->GetKey())) return;
     DeleteChildren(group);
-    bool segments = LabelIs(group, kSegmentRefLabel);
+    bool segments = KindOf(group) == NodeKind::SegmentRefGroup;
     std::vector<ReferenceEntry> entries = ListReferences(references->GetKey(), "reference");
     int total = static_cast<int>(entries.size());
-    int ofKind = static_cast<int>(std::count_if(entries.begin(), entries.end(), [&](auto& e) {
-        return (e.targetType == "segment") == segments;
-    }));
-    std::uint32_t inherited = group->GetFlags() & kFlagInStaticModel;
+    int ofKind = static_cast<int>(std::count_if(
+        entries.begin(), entries.end(), [&](auto& e) { return e.ToSegment() == segments; }));
     if (total > kPageSize && ofKind >= kPageSize) {
-        MakePages(total, [&](int first, int last) {
-            TreeGraphItem* page = MakeNode(group, Format("REFERENCES %d-%d", first, last), 0,
-                                           kClassReferencePage, inherited, true);
-            UpdateSelectionState(page);
-        });
+        MakePages(group, NodeKind::ReferencePage, total);
         return;
     }
     for (const ReferenceEntry& entry : entries)
-        if ((entry.targetType == "segment") == segments)
+        if (entry.ToSegment() == segments)
             UpdateSelectionState(
                 MakeReferenceNode(group, entry.reference, entry.target, entry.targetType));
 }
@@ -566,14 +605,14 @@ void HoopsSegmentTree::ExpandReferencePage(TreeGraphItem* page) {
     int first = 0, last = 0;
     const TreeGraphItem* group = page->GetParent();
     const TreeGraphItem* references = group ? group->GetParent() : nullptr;
-    if (!PageRange(page, "REFERENCES %d-%d", first, last) || !references ||
+    if (!PageRange(page, NodeKind::ReferencePage, first, last) || !references ||
         !IsAlive(references->GetKey()))
         return;
     DeleteChildren(page);
-    bool segments = LabelIs(group, kSegmentRefLabel);
+    bool segments = KindOf(group) == NodeKind::SegmentRefGroup;
     std::vector<ReferenceEntry> entries = ListReferences(references->GetKey(), "references");
     for (int i = first - 1; i < last && i < static_cast<int>(entries.size()); ++i)
-        if ((entries[static_cast<size_t>(i)].targetType == "segment") == segments) {
+        if (entries[static_cast<size_t>(i)].ToSegment() == segments) {
             const ReferenceEntry& entry = entries[static_cast<size_t>(i)];
             UpdateSelectionState(
                 MakeReferenceNode(page, entry.reference, entry.target, entry.targetType));
@@ -583,11 +622,13 @@ void HoopsSegmentTree::ExpandReferencePage(TreeGraphItem* page) {
 // A geometry item (or a reference) lists the attributes set on it; one reached through a
 // reference also lists what it refers to, and a reference to a segment offers that segment's
 // geometry and references unless its filter says "no reference".
-void HoopsSegmentTree::ExpandItem(TreeGraphItem* node, const std::string& type) {
+void HoopsSegmentTree::ExpandItem(TreeGraphItem* node) {
     HC_KEY key = node->GetKey();
     DeleteChildren(node);
     bool throughReference = (node->GetFlags() & (kFlagReferencedSegment | kFlagReferencedGeometry));
-    const auto& list = m_lists.ForGeometryItem(type, throughReference || type == "reference");
+    bool isReference = KindOf(node) != NodeKind::GeometryItem;
+    const auto& list = m_lists.ForGeometryItem(isReference ? "reference" : KeyType(key),
+                                               throughReference || isReference);
     std::vector<std::pair<size_t, std::string>> lines;
     {
         GeometryScope open(key);
@@ -598,9 +639,9 @@ void HoopsSegmentTree::ExpandItem(TreeGraphItem* node, const std::string& type) 
     }
     std::uint32_t inherited = node->GetFlags() & kFlagInStaticModel;
     for (const auto& [kind, label] : lines)
-        MakeNode(node, label, 0, kClassSegment, inherited, false)
-            ->SetData(kDataAttributeLine | kind);
-    if (!throughReference && type != "reference") return;
+        MakeNode(node, {NodeKind::AttributeLine, static_cast<std::uint32_t>(kind)}, label, 0,
+                 kClassSegment, inherited, false);
+    if (!throughReference && !isReference) return;
 
     int count = 0;
     HC_Show_Reference_Keys_Count(key, &count);
@@ -608,13 +649,12 @@ void HoopsSegmentTree::ExpandItem(TreeGraphItem* node, const std::string& type) 
     if (count > 0) HC_Show_Reference_Keys(key, &count, keys.data());
     for (HC_KEY referenced : keys) {
         if (!IsAlive(referenced)) continue;
-        std::string referencedType = KeyType(referenced);
-        HC_KEY target =
-            referencedType == "reference" ? HC_Show_Reference_Geometry(referenced) : referenced;
+        bool referencedIsReference = ObjectTypeOf(referenced) == ObjectType::Reference;
+        HC_KEY target = referencedIsReference ? HC_Show_Reference_Geometry(referenced) : referenced;
         if (!IsAlive(target)) continue;
         std::string targetType = KeyType(target);
-        if (targetType == "segment") {
-            if (type != "reference" ||
+        if (ObjectTypeOfWord(targetType) == ObjectType::Segment) {
+            if (!isReference ||
                 ToLower(ReferenceFilter(key)).find("no reference") != std::string::npos)
                 continue;
             bool hasReferences = false;
@@ -624,13 +664,12 @@ void HoopsSegmentTree::ExpandItem(TreeGraphItem* node, const std::string& type) 
             }
             ContentOwner owner{target, key, ToLower(ReferenceFilter(key))};
             if (!PresentKinds(owner).empty())
-                MakeNode(node, kGeometryLabel, 0, kClassGeometry,
-                         inherited | kFlagReferencedGeometry, true);
-            if (hasReferences)
-                MakeNode(node, kReferencesLabel, target, kClassLink, inherited, true);
+                MakeGroup(node, NodeKind::GeometryGroup, 0, inherited | kFlagReferencedGeometry);
+            if (hasReferences) MakeGroup(node, NodeKind::ReferencesGroup, target, inherited);
             continue;
         }
-        HoopsGeometry* kind = GeometryKindNamed(ToUpper(targetType));
+        std::uint32_t index = GeometryKindIndex(targetType);
+        HoopsGeometry* kind = index == kNoKind ? nullptr : m_lists.geometry[index].get();
         std::string label;
         if (kind) {
             SegmentScope open(HC_Show_Owner_Original_Key(target));
@@ -639,8 +678,10 @@ void HoopsSegmentTree::ExpandItem(TreeGraphItem* node, const std::string& type) 
         } else {
             label = Format("%llX - Unknown Geometry", static_cast<unsigned long long>(referenced));
         }
-        MakeNode(node, label, referenced, kClassSegment, inherited | kFlagReferencedGeometry,
-                 false);
+        NodeKind itemKind =
+            referencedIsReference ? NodeKind::GeometryReference : NodeKind::GeometryItem;
+        MakeNode(node, {itemKind, index}, label, referenced, kClassSegment,
+                 inherited | kFlagReferencedGeometry, false);
     }
 }
 
@@ -679,8 +720,8 @@ std::vector<std::string> HoopsSegmentTree::InformationLines(TreeGraphItem* node)
             lines.push_back(node->GetLabel() ? node->GetLabel() : "");
             return lines;
         }
-        HoopsGeometry* kind = node->GetLabel() ? GeometryKindNamed(node->GetLabel()) : nullptr;
-        if (kind && LabelIs(node->GetParent(), kGeometryLabel)) {
+        HoopsGeometry* kind = GeometryKindOf(node);
+        if (kind && KindOf(node) == NodeKind::GeometryKind) {
             int count = 0;
             {
                 SegmentScope open(owner.segment);
@@ -693,19 +734,29 @@ std::vector<std::string> HoopsSegmentTree::InformationLines(TreeGraphItem* node)
         return lines;
     }
     if (!IsAlive(key)) return lines;
-    std::string type = KeyTypeOf(node);
-    if (type == "segment") {
+    switch (KindOf(node)) {
+    case NodeKind::Segment:
+    case NodeKind::StaticTree:
+    case NodeKind::ReferencesGroup:
         SegmentLines(key, lines);
-    } else if (type == "reference") {
+        break;
+    case NodeKind::SegmentReference:
+    case NodeKind::GeometryReference: {
         std::string filter = ReferenceFilter(key);
         lines.push_back(filter.empty() ? "no filter" : filter);
-    } else if (type == "include" || type == "style" || type == "named style") {
+        break;
+    }
+    case NodeKind::Include:
+    case NodeKind::Style:
+    case NodeKind::NamedStyle:
         lines.push_back(node->GetLabel() ? node->GetLabel() : "");
-    } else {
+        break;
+    default: {
         lines.push_back(node->GetLabel() ? node->GetLabel() : "");
         int count = 0;
         HC_Show_Reference_Keys_Count(key, &count);
         if (count > 0) lines.push_back(Format("%d references", count));
+    }
     }
     if (std::string bounding = BoundingText(key); !bounding.empty())
         lines.push_back(std::move(bounding));
@@ -716,8 +767,7 @@ std::vector<HC_KEY> HoopsSegmentTree::IncludesAbove(const TreeGraphItem* node) c
     std::vector<HC_KEY> includes;
     for (const TreeGraphItem* up = node ? node->GetParent() : nullptr;
          up && up != m_graph->GetRoot(); up = up->GetParent())
-        if (LabelIs(up->GetParent(), kIncludesLabel) && IsObjectKey(up->GetKey()))
-            includes.push_back(up->GetKey());
+        if (KindOf(up) == NodeKind::Include) includes.push_back(up->GetKey());
     std::reverse(includes.begin(), includes.end());
     return includes;
 }
@@ -732,8 +782,7 @@ bool HoopsSegmentTree::PageHoldsSelection(TreeGraphItem* page) {
     HSelectionSet* selection = m_view ? m_view->GetSelection() : nullptr;
     if (!selection || selection->GetSize() == 0) return false;
     int first = 0, last = 0;
-    if (page->GetSelectionClass() == kClassSegmentPage) {
-        if (!PageRange(page, "SEGMENTS %d-%d", first, last)) return false;
+    if (PageRange(page, NodeKind::SegmentPage, first, last)) {
         HC_KEY owner = page->GetParent()->GetKey();
         if (!IsAlive(owner)) return false;
         for (HC_KEY key : SubsegmentKeys(owner, first - 1, last - 1))
@@ -742,7 +791,7 @@ bool HoopsSegmentTree::PageHoldsSelection(TreeGraphItem* page) {
         return false;
     }
     const TreeGraphItem* references = page->GetParent() ? page->GetParent()->GetParent() : nullptr;
-    if (!PageRange(page, "REFERENCES %d-%d", first, last) || !references ||
+    if (!PageRange(page, NodeKind::ReferencePage, first, last) || !references ||
         !IsAlive(references->GetKey()))
         return false;
     std::vector<ReferenceEntry> entries = ListReferences(references->GetKey(), "references");
@@ -755,13 +804,11 @@ bool HoopsSegmentTree::PageHoldsSelection(TreeGraphItem* page) {
 // segment's key only to find it.
 bool HoopsSegmentTree::IsNodeSelected(TreeGraphItem* node) {
     if (!node || !m_view || node == m_graph->GetRoot()) return false;
-    std::int32_t selectionClass = node->GetSelectionClass();
-    if (selectionClass == kClassSegmentPage || selectionClass == kClassReferencePage)
+    NodeKind kind = KindOf(node);
+    if (kind == NodeKind::SegmentPage || kind == NodeKind::ReferencePage)
         return PageHoldsSelection(node);
     HC_KEY key = node->GetKey();
-    if (!IsObjectKey(key) || LabelIs(node, kStaticTreeLabel) || LabelIs(node, kReferencesLabel) ||
-        !IsAlive(key))
-        return false;
+    if (!IsObjectKey(key) || IsKeyedGroup(kind) || !IsAlive(key)) return false;
     HSelectionSet* selection = m_view->GetSelection();
     if (selection->GetSize() == 0) return false;
     if (IncludesAbove(node).empty())
@@ -800,9 +847,7 @@ void HoopsSegmentTree::ShowBounding(TreeGraphItem* node, bool on) {
 
 void HoopsSegmentTree::OnEndLabelEdit(TreeGraphItem* item, const char* text) {
     if (!item || item->GetGraph() != m_graph || !text || !IsAlive(item->GetKey())) return;
-    if (KeyTypeOf(item) != "segment" || LabelIs(item, kStaticTreeLabel) ||
-        LabelIs(item, kReferencesLabel))
-        return;
+    if (KindOf(item) != NodeKind::Segment) return;
     if (HUtility::RenameSegment(item->GetKey(), text))
-        item->SetLabel(OwnName(SegmentPath(item->GetKey())).c_str());
+        item->SetLabel(HUtility::OwnName(SegmentPath(item->GetKey())).c_str());
 }

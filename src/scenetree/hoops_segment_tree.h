@@ -19,6 +19,7 @@
 
 #include "descriptors/descriptor_lists.h"
 #include "mvo/base_view.h"
+#include "scenetree/node_kind.h"
 #include "scenetree/notifier.h"
 #include "treegraph/tree_graph.h"
 
@@ -47,10 +48,6 @@ inline constexpr std::int32_t kClassLink = 3;
 inline constexpr std::int32_t kClassGroup = 4;
 inline constexpr std::int32_t kClassSegmentPage = 5;
 inline constexpr std::int32_t kClassReferencePage = 6;
-
-// What the data word of a keyless line holds: the kind of the attribute or definition it shows.
-inline constexpr std::uint64_t kDataAttributeLine = 1ull << 32;
-inline constexpr std::uint64_t kDataDefinitionLine = 2ull << 32;
 
 enum class SearchKind {
     Attribute = 1,
@@ -185,10 +182,21 @@ private:
     };
     struct SearchRun;
 
-    TreeGraphItem* MakeNode(TreeGraphItem* parent, const std::string& label, HC_KEY key,
-                            std::int32_t selectionClass, std::uint32_t flags, bool hasChildren);
+    // A descriptor index that names no descriptor.
+    static constexpr std::uint32_t kNoKind = 0xFFFFFFFFu;
+
+    TreeGraphItem* MakeNode(TreeGraphItem* parent, const obsidra::scenetree::NodeData& data,
+                            const std::string& label, HC_KEY key, std::int32_t selectionClass,
+                            std::uint32_t flags, bool hasChildren);
     TreeGraphItem* MakeSegmentNode(TreeGraphItem* parent, HC_KEY key, std::uint32_t flags);
-    TreeGraphItem* MakeLinkNode(TreeGraphItem* parent, HC_KEY key, const std::string& type);
+    // A grouping node (STATIC_TREE to SEGMENT_REF); key: its segment, or 0.
+    TreeGraphItem* MakeGroup(TreeGraphItem* parent, obsidra::scenetree::NodeKind kind, HC_KEY key,
+                             std::uint32_t flags);
+    // kind: SegmentPage or ReferencePage.
+    void MakePages(TreeGraphItem* parent, obsidra::scenetree::NodeKind kind, int count);
+    // kind: Include, Style or NamedStyle.
+    TreeGraphItem* MakeLinkNode(TreeGraphItem* parent, HC_KEY key,
+                                obsidra::scenetree::NodeKind kind);
     TreeGraphItem* MakeReferenceNode(TreeGraphItem* parent, HC_KEY reference, HC_KEY target,
                                      const std::string& targetType);
     std::string AttributeLineLabel(const HoopsAttribute& attribute, const std::string& value) const;
@@ -198,36 +206,41 @@ private:
     void ExpandKeyed(TreeGraphItem* node);
     void ExpandSegment(TreeGraphItem* node, HC_KEY segment);
     void ExpandSegmentPage(TreeGraphItem* page);
-    void ExpandLinkGroup(TreeGraphItem* group, const char* filter);
+    void ExpandLinkGroup(TreeGraphItem* group, const char* filter,
+                         obsidra::scenetree::NodeKind linkKind);
     void ExpandNamedStyles(TreeGraphItem* group);
     void ExpandGeometryGroup(TreeGraphItem* group);
-    void ExpandGeometryKind(TreeGraphItem* kindNode, HoopsGeometry& kind);
-    // The geometry kinds the owner's segment holds that its reference's filter lets through.
-    std::vector<HoopsGeometry*> PresentKinds(const ContentOwner& owner);
+    void ExpandGeometryKind(TreeGraphItem* kindNode, std::uint32_t index);
+    // The geometry kinds (their places in the list) the owner's segment holds that its
+    // reference's filter lets through.
+    std::vector<std::uint32_t> PresentKinds(const ContentOwner& owner);
     void ExpandDefinesGroup(TreeGraphItem* group);
     void ExpandDefinitionKind(TreeGraphItem* kindNode, HoopsDefineGeometry& kind);
     void ExpandReferencesGroup(TreeGraphItem* node, HC_KEY segment);
     void ExpandReferenceKind(TreeGraphItem* group);
     void ExpandReferencePage(TreeGraphItem* page);
-    void ExpandItem(TreeGraphItem* node, const std::string& type);
+    void ExpandItem(TreeGraphItem* node);
 
     // The keyed node a grouping node belongs to, and the segment whose contents it shows.
     const TreeGraphItem* KeyedAncestor(const TreeGraphItem* node) const;
     bool ResolveOwner(const TreeGraphItem* keyed, ContentOwner& owner) const;
-    std::string KeyTypeOf(const TreeGraphItem* node) const;
-    HoopsGeometry* GeometryKindNamed(std::string_view name) const;
-    HoopsDefineGeometry* DefinitionKindNamed(std::string_view name) const;
+    // The geometry descriptor for a database type word ("shell"), or kNoKind.
+    std::uint32_t GeometryKindIndex(std::string_view typeWord) const;
+    // The descriptor a kind node or an item or line below it was made for; null for others.
+    HoopsGeometry* GeometryKindOf(const TreeGraphItem* node) const;
+    HoopsDefineGeometry* DefinitionKindOf(const TreeGraphItem* node) const;
     HoopsAttribute* AttributeNamed(std::string_view name) const;
     HoopsAttribute* AttributeOfLine(const TreeGraphItem* line) const;
     bool PageHoldsSelection(TreeGraphItem* page);
     std::vector<HC_KEY> IncludesAbove(const TreeGraphItem* node) const;
-    TreeGraphItem* OpenGroup(TreeGraphItem* node, const char* label);
+    // The child of that kind (and descriptor index), expanded; null when there is none.
+    TreeGraphItem* OpenGroup(TreeGraphItem* node, obsidra::scenetree::NodeKind kind,
+                             std::uint32_t index = 0);
 
     void SegmentLines(HC_KEY segment, std::vector<std::string>& lines);
 
     bool SearchStep(SearchRun& run, HC_KEY segment, int depth);
     void SearchSegmentAttributes(SearchRun& run, HC_KEY segment, int depth);
-    bool IsHit(SearchRun& run, const std::string& type, HC_KEY item, HC_KEY target);
     void RecordHit(SearchRun& run, int depth, HC_KEY item);
     TreeGraphItem* Reveal(const obsidra::scenetree::SearchResult& result, TreeGraphItem* start);
     TreeGraphItem* FindChildFor(TreeGraphItem* node, HC_KEY key);

@@ -1,13 +1,16 @@
 #pragma once
 
 // Small helpers over the scene database's C interface that every part of the segment tree uses:
-// key texts, segment names, and scopes that pair each open with its close and each contents
-// search with its end, so that no early return leaves the database's stacks unbalanced.
+// segment names, the sort of object a key names, and scopes that pair each open with its close and
+// each contents search with its end, so that no early return leaves the database's stacks
+// unbalanced.
 
 #include <string>
 #include <string_view>
 
 #include <obsidra/hc.h>
+
+#include "text/text.h"
 
 namespace obsidra::scenetree {
 
@@ -22,18 +25,31 @@ constexpr bool IsObjectKey(HC_KEY key) {
 // Whether the key names a live object. The one question that may be put to a dead key.
 bool IsAlive(HC_KEY key);
 
-// "%llX" of the key: a negative key prints as 16 digits beginning with F.
-std::string KeyText(HC_KEY key);
+static_assert(HC_TEXT_MAX == text::kBufferSize, "texts are cut where the browser's buffers end");
 
-// printf into a buffer of HC_TEXT_MAX bytes, cut there as the browser's buffers cut it.
-std::string Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
+using text::Format;
+using text::KeyText;
+using text::ToLower;
+using text::ToUpper;
 
 std::string KeyType(HC_KEY key);
+
+// The sort of object a key names, from the type word the database gives it: every word that is
+// none of the others and names no definition is a geometry item's ("shell", "text").
+enum class ObjectType {
+    None,
+    Segment,
+    Include,
+    Style,
+    NamedStyle,
+    Reference,
+    StaticModel,
+    Definition,
+    Geometry,
+};
+ObjectType ObjectTypeOfWord(std::string_view typeWord);
+ObjectType ObjectTypeOf(HC_KEY key);
 std::string SegmentPath(HC_KEY key);
-// The last level of a pathname; "/" stays "/".
-std::string OwnName(const std::string& pathname);
-std::string ToUpper(std::string_view text);
-std::string ToLower(std::string_view text);
 
 class SegmentScope {
 public:

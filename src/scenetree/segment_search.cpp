@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <cstring>
 
 #include "scenetree/database_lists.h"
 #include "scenetree/hoops_segment_tree.h"
@@ -21,35 +20,6 @@ constexpr size_t kMaxAttributeName = 31;
 constexpr char kDepthMessage[] =
     "Maximum search depth reached.  Some search results may be omitted.";
 
-const char* FilterOf(SearchKind kind) {
-    switch (kind) {
-    case SearchKind::Attribute:
-    case SearchKind::Segment:
-    case SearchKind::Include:
-        return "segments, includes";
-    case SearchKind::Geometry:
-        return "segments, includes, geometry";
-    case SearchKind::Style:
-        return "segments, includes, styles";
-    case SearchKind::SegmentReference:
-    case SearchKind::GeometryReference:
-        return "segments, includes, reference";
-    case SearchKind::Definition:
-        return "segments, includes, texture definition, glyph definition, "
-               "line style definition, named style definition";
-    case SearchKind::Key:
-        return "everything, static model, no attributes";
-    case SearchKind::NamedStyle:
-        return "segments, includes, named styles";
-    }
-    return "segments, includes";
-}
-
-bool MayDelete(SearchKind kind) {
-    return kind != SearchKind::Attribute && kind != SearchKind::Definition &&
-           kind != SearchKind::Key;
-}
-
 bool Contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
@@ -62,54 +32,34 @@ std::string ReplaceAll(std::string text, std::string_view find, std::string_view
     return text;
 }
 
-bool IsGeometryType(const std::string& type) {
-    return type != "segment" && type != "include" && type != "style" && type != "named style" &&
-           type != "reference" && type != "static model" && !Contains(type, "definition");
-}
+// How the definitions of each sort are listed, by a word of their contents type.
+struct DefinitionSearch {
+    std::string_view typeWord;
+    void (*begin)();
+    bool (*find)(char*);
+    void (*end)();
+};
+
+constexpr DefinitionSearch kDefinitionSearches[] = {
+    {"texture", HC_Begin_Texture_Search, HC_Find_Texture, HC_End_Texture_Search},
+    {"glyph", HC_Begin_Glyph_Search, HC_Find_Glyph, HC_End_Glyph_Search},
+    {"line style", HC_Begin_Line_Style_Search, HC_Find_Line_Style, HC_End_Line_Style_Search},
+    {"named style", HC_Begin_Named_Style_Search, HC_Find_Named_Style, HC_End_Named_Style_Search},
+};
 
 // The definitions of one sort in the open segment, by name.
 std::vector<std::string> DefinitionNames(const std::string& type) {
     std::vector<std::string> names;
-    char name[HC_TEXT_MAX];
-    if (Contains(type, "texture")) {
-        HC_Begin_Texture_Search();
-        while (HC_Find_Texture(name))
+    for (const DefinitionSearch& search : kDefinitionSearches) {
+        if (!Contains(type, search.typeWord)) continue;
+        char name[HC_TEXT_MAX];
+        search.begin();
+        while (search.find(name))
             names.emplace_back(name);
-        HC_End_Texture_Search();
-    } else if (Contains(type, "glyph")) {
-        HC_Begin_Glyph_Search();
-        while (HC_Find_Glyph(name))
-            names.emplace_back(name);
-        HC_End_Glyph_Search();
-    } else if (Contains(type, "line style")) {
-        HC_Begin_Line_Style_Search();
-        while (HC_Find_Line_Style(name))
-            names.emplace_back(name);
-        HC_End_Line_Style_Search();
-    } else if (Contains(type, "named style")) {
-        HC_Begin_Named_Style_Search();
-        while (HC_Find_Named_Style(name))
-            names.emplace_back(name);
-        HC_End_Named_Style_Search();
+        search.end();
+        break;
     }
     return names;
-}
-
-// Whether a step into the segment could find anything: a leaf segment holding nothing the
-// kind's filter lists is not opened at all. Attributes are looked at in every segment.
-bool MayHoldHits(SearchKind kind, HC_KEY segment) {
-    SegmentHolds holds = WhatSegmentHolds(segment);
-    if (kind == SearchKind::Attribute || holds.subsegments || holds.links) return true;
-    switch (kind) {
-    case SearchKind::Geometry:
-        return holds.geometry;
-    case SearchKind::Definition:
-        return holds.definitions;
-    case SearchKind::Key:
-        return holds.geometry || holds.definitions || holds.staticModel;
-    default:
-        return false;
-    }
 }
 
 std::vector<HC_KEY> ReferenceKeys(HC_KEY item) {
@@ -120,13 +70,138 @@ std::vector<HC_KEY> ReferenceKeys(HC_KEY item) {
     return keys;
 }
 
+// What a search looks for: the find text, and for the key search the key it names.
+struct Query {
+    std::string find;
+    HC_KEY findKey = 0;
+};
+
+// One item a contents search listed: its type, and for an include the segment it brings in.
+struct Candidate {
+    const std::string& typeWord;
+    ObjectType type;
+    HC_KEY item;
+    HC_KEY target;
+};
+
+bool SegmentHit(const Query& query, const Candidate& c) {
+    return c.type == ObjectType::Segment && Contains(SegmentOwnName(c.item), query.find);
+}
+
+bool IncludeHit(const Query& query, const Candidate& c) {
+    return c.type == ObjectType::Include && IsAlive(c.target) &&
+           Contains(SegmentPath(c.target), query.find);
+}
+
+bool GeometryHit(const Query& query, const Candidate& c) {
+    return c.type == ObjectType::Geometry && Contains(c.typeWord, query.find);
+}
+
+bool StyleHit(const Query& query, const Candidate& c) {
+    if (c.type != ObjectType::Style) return false;
+    HC_KEY source = HC_Show_Style_Segment(c.item, nullptr);
+    return IsAlive(source) && Contains(SegmentPath(source), query.find);
+}
+
+bool NamedStyleHit(const Query& query, const Candidate& c) {
+    if (c.type != ObjectType::NamedStyle) return false;
+    char name[HC_TEXT_MAX] = "";
+    HC_Show_Named_Style_Segment(c.item, name);
+    return Contains(name, query.find);
+}
+
+// A reference to a segment matches by the segment's pathname, one to geometry by its type.
+bool ReferenceHit(const Query& query, const Candidate& c, bool toSegment) {
+    if (c.type != ObjectType::Reference) return false;
+    HC_KEY referee = HC_Show_Reference_Geometry(c.item);
+    if (!IsAlive(referee)) return false;
+    std::string refereeType = KeyType(referee);
+    if ((ObjectTypeOfWord(refereeType) == ObjectType::Segment) != toSegment) return false;
+    return Contains(toSegment ? SegmentPath(referee) : refereeType, query.find);
+}
+
+bool DefinitionHit(const Query& query, const Candidate& c) {
+    for (const std::string& name : DefinitionNames(c.typeWord))
+        if (Contains(name, query.find)) return true;
+    return false;
+}
+
+// The item itself, or a geometry item or reference that refers to the key.
+bool KeyHit(const Query& query, const Candidate& c) {
+    if (!IsObjectKey(query.findKey) || c.type == ObjectType::Definition) return false;
+    if (c.item == query.findKey || HC_Show_Original_Key(c.item) == query.findKey) return true;
+    if (c.type != ObjectType::Reference && c.type != ObjectType::Geometry) return false;
+    for (HC_KEY referenced : ReferenceKeys(c.item))
+        if (referenced == query.findKey) return true;
+    return false;
+}
+
+// What a leaf segment (one without subsegments or links) must hold for a step into it to find
+// anything; a leaf holding none of it is not opened at all.
+enum LeafHolds : unsigned {
+    kLeafAnything = 1, // attributes are looked at in every segment
+    kLeafGeometry = 2,
+    kLeafDefinitions = 4,
+    kLeafStaticModel = 8,
+    kLeafNothing = 0,
+};
+
+// Everything that tells one search kind from another, one row per kind in the enum's order.
+struct SearchKindRow {
+    SearchKind kind;
+    const char* filter; // what each step's contents search lists
+    bool mayDelete;     // whether "$$delete" deletes the hits
+    unsigned leafHolds;
+    bool (*isHit)(const Query&, const Candidate&);
+};
+
+constexpr SearchKindRow kSearchKinds[] = {
+    {SearchKind::Attribute, "segments, includes", false, kLeafAnything,
+     [](const Query&, const Candidate&) { return false; }},
+    {SearchKind::Geometry, "segments, includes, geometry", true, kLeafGeometry, GeometryHit},
+    {SearchKind::Segment, "segments, includes", true, kLeafNothing, SegmentHit},
+    {SearchKind::Include, "segments, includes", true, kLeafNothing, IncludeHit},
+    {SearchKind::Style, "segments, includes, styles", true, kLeafNothing, StyleHit},
+    {SearchKind::SegmentReference, "segments, includes, reference", true, kLeafNothing,
+     [](const Query& query, const Candidate& c) { return ReferenceHit(query, c, true); }},
+    {SearchKind::GeometryReference, "segments, includes, reference", true, kLeafNothing,
+     [](const Query& query, const Candidate& c) { return ReferenceHit(query, c, false); }},
+    {SearchKind::Definition,
+     "segments, includes, texture definition, glyph definition, line style definition, "
+     "named style definition",
+     false, kLeafDefinitions, DefinitionHit},
+    {SearchKind::Key, "everything, static model, no attributes", false,
+     kLeafGeometry | kLeafDefinitions | kLeafStaticModel, KeyHit},
+    {SearchKind::NamedStyle, "segments, includes, named styles", true, kLeafNothing, NamedStyleHit},
+};
+
+constexpr bool RowsInEnumOrder() {
+    int expected = static_cast<int>(SearchKind::Attribute);
+    for (const SearchKindRow& row : kSearchKinds)
+        if (static_cast<int>(row.kind) != expected++) return false;
+    return true;
+}
+static_assert(RowsInEnumOrder(), "one row per search kind, in the enum's order");
+
+const SearchKindRow& RowOf(SearchKind kind) {
+    return kSearchKinds[static_cast<size_t>(kind) - static_cast<size_t>(SearchKind::Attribute)];
+}
+
+bool MayHoldHits(const SearchKindRow& row, HC_KEY segment) {
+    if (row.leafHolds & kLeafAnything) return true;
+    SegmentHolds holds = WhatSegmentHolds(segment);
+    return holds.subsegments || holds.links ||
+           ((row.leafHolds & kLeafGeometry) && holds.geometry) ||
+           ((row.leafHolds & kLeafDefinitions) && holds.definitions) ||
+           ((row.leafHolds & kLeafStaticModel) && holds.staticModel);
+}
+
 } // namespace
 
 struct HoopsSegmentTree::SearchRun {
-    SearchKind kind;
-    std::string find;
+    const SearchKindRow* row = nullptr;
+    Query query;
     std::string second;
-    HC_KEY findKey = 0;
     std::array<HC_KEY, kMaxDepth> path{};
     std::vector<SearchResult> results;
 };
@@ -171,25 +246,27 @@ int HoopsSegmentTree::Search(SearchKind kind, std::string_view text, TreeGraphIt
     m_results.clear();
     m_revealed.clear();
     if (!start || start == m_graph->GetRoot()) start = m_topNode;
-    if (!start || !IsAlive(start->GetKey()) || KeyType(start->GetKey()) != "segment") return 0;
+    if (!start || !IsAlive(start->GetKey()) || ObjectTypeOf(start->GetKey()) != ObjectType::Segment)
+        return 0;
 
     SearchRun run;
-    run.kind = kind;
+    run.row = &RowOf(kind);
+    Query& query = run.query;
     size_t separator = text.find("$$");
-    run.find = std::string(text.substr(0, separator)).substr(0, kMaxText);
+    query.find = std::string(text.substr(0, separator)).substr(0, kMaxText);
     if (separator != std::string_view::npos)
         run.second = std::string(text.substr(separator + 2)).substr(0, kMaxText);
     if (kind == SearchKind::Key) {
         char* end = nullptr;
-        run.findKey = static_cast<HC_KEY>(std::strtoull(run.find.c_str(), &end, 16));
-        if (*end || run.find.empty()) run.findKey = 0;
-        if (IsAlive(run.findKey)) run.findKey = HC_Show_Original_Key(run.findKey);
+        query.findKey = static_cast<HC_KEY>(std::strtoull(query.find.c_str(), &end, 16));
+        if (*end || query.find.empty()) query.findKey = 0;
+        if (IsAlive(query.findKey)) query.findKey = HC_Show_Original_Key(query.findKey);
     }
 
     bool complete = SearchStep(run, start->GetKey(), 0);
     if (!complete && m_notifier) m_notifier->ShowMessage(kDepthMessage);
 
-    bool deleting = MayDelete(kind) && run.second == "delete";
+    bool deleting = run.row->mayDelete && run.second == "delete";
     for (const SearchResult& result : run.results) {
         HC_KEY hit = result.keys.back();
         if (deleting) {
@@ -210,25 +287,26 @@ bool HoopsSegmentTree::SearchStep(SearchRun& run, HC_KEY segment, int depth) {
     ++depth;
     if (depth >= kMaxDepth) return false;
     SegmentScope open(segment);
-    if (run.kind == SearchKind::Attribute) SearchSegmentAttributes(run, segment, depth);
+    if (run.row->kind == SearchKind::Attribute) SearchSegmentAttributes(run, segment, depth);
     bool complete = true;
-    ContentsSearch search(FilterOf(run.kind));
-    std::string type;
+    ContentsSearch search(run.row->filter);
+    std::string typeWord;
     HC_KEY item = 0;
-    while (search.Next(type, item)) {
+    while (search.Next(typeWord, item)) {
+        ObjectType type = ObjectTypeOfWord(typeWord);
         HC_KEY target = item;
         int itemDepth = depth;
-        if (type == "include") {
+        if (type == ObjectType::Include) {
             run.path[static_cast<size_t>(itemDepth)] = item;
             if (++itemDepth >= kMaxDepth) return false;
             target = HC_Show_Include_Segment(item, nullptr);
         }
         // What a contents search returns is alive, and so is what a live include includes.
-        if ((type == "segment" || type == "include") && IsObjectKey(target) &&
-            (itemDepth + 1 >= kMaxDepth || MayHoldHits(run.kind, target)) &&
+        if ((type == ObjectType::Segment || type == ObjectType::Include) && IsObjectKey(target) &&
+            (itemDepth + 1 >= kMaxDepth || MayHoldHits(*run.row, target)) &&
             !SearchStep(run, target, itemDepth))
             complete = false;
-        if (IsHit(run, type, item, target)) RecordHit(run, depth, item);
+        if (run.row->isHit(run.query, {typeWord, type, item, target})) RecordHit(run, depth, item);
     }
     return complete;
 }
@@ -241,13 +319,13 @@ void HoopsSegmentTree::SearchSegmentAttributes(SearchRun& run, HC_KEY segment, i
         std::string name = ToLower(attribute->GetName()).substr(0, kMaxAttributeName);
         std::string value = attribute->Show();
         if (!run.second.empty() && !unset) {
-            std::string replaced = ReplaceAll(value, run.find, run.second);
+            std::string replaced = ReplaceAll(value, run.query.find, run.second);
             if (replaced != value) {
                 attribute->Set(replaced);
                 value = attribute->Show();
             }
         }
-        if (!Contains(value, run.find) && !Contains(name, run.find)) continue;
+        if (!Contains(value, run.query.find) && !Contains(name, run.query.find)) continue;
         if (unset)
             attribute->UnSet();
         else
@@ -260,54 +338,6 @@ void HoopsSegmentTree::SearchSegmentAttributes(SearchRun& run, HC_KEY segment, i
     run.results.push_back(std::move(result));
 }
 
-bool HoopsSegmentTree::IsHit(SearchRun& run, const std::string& type, HC_KEY item, HC_KEY target) {
-    switch (run.kind) {
-    case SearchKind::Attribute:
-        return false;
-    case SearchKind::Segment:
-        return type == "segment" && Contains(SegmentOwnName(item), run.find);
-    case SearchKind::Include:
-        return type == "include" && IsAlive(target) && Contains(SegmentPath(target), run.find);
-    case SearchKind::Geometry:
-        return IsGeometryType(type) && Contains(type, run.find);
-    case SearchKind::Style: {
-        if (type != "style") return false;
-        HC_KEY source = HC_Show_Style_Segment(item, nullptr);
-        return IsAlive(source) && Contains(SegmentPath(source), run.find);
-    }
-    case SearchKind::NamedStyle: {
-        if (type != "named style") return false;
-        char name[HC_TEXT_MAX] = "";
-        HC_Show_Named_Style_Segment(item, name);
-        return Contains(name, run.find);
-    }
-    case SearchKind::SegmentReference:
-    case SearchKind::GeometryReference: {
-        if (type != "reference") return false;
-        HC_KEY referee = HC_Show_Reference_Geometry(item);
-        if (!IsAlive(referee)) return false;
-        std::string refereeType = KeyType(referee);
-        if (run.kind == SearchKind::SegmentReference)
-            return refereeType == "segment" && Contains(SegmentPath(referee), run.find);
-        return refereeType != "segment" && Contains(refereeType, run.find);
-    }
-    case SearchKind::Definition: {
-        for (const std::string& name : DefinitionNames(type))
-            if (Contains(name, run.find)) return true;
-        return false;
-    }
-    case SearchKind::Key: {
-        if (!IsObjectKey(run.findKey) || Contains(type, "definition")) return false;
-        if (item == run.findKey || HC_Show_Original_Key(item) == run.findKey) return true;
-        if (type != "reference" && !IsGeometryType(type)) return false;
-        for (HC_KEY referenced : ReferenceKeys(item))
-            if (referenced == run.findKey) return true;
-        return false;
-    }
-    }
-    return false;
-}
-
 void HoopsSegmentTree::RecordHit(SearchRun& run, int depth, HC_KEY item) {
     SearchResult result;
     result.keys.assign(run.path.begin(), run.path.begin() + depth);
@@ -317,19 +347,14 @@ void HoopsSegmentTree::RecordHit(SearchRun& run, int depth, HC_KEY item) {
 
 // --- Revealing ------------------------------------------------------------------------------
 
-TreeGraphItem* HoopsSegmentTree::OpenGroup(TreeGraphItem* node, const char* label) {
-    for (TreeGraphItem* child = node->GetFirstChild(); child; child = child->GetNextSibling())
-        if (child->GetLabel() && std::strcmp(child->GetLabel(), label) == 0) {
-            if (!child->GetExpandedMark()) {
-                m_graph->OnExpandItem(child, true);
-                child->Expand();
-            }
-            return child;
-        }
-    return nullptr;
-}
-
 namespace {
+
+// Expands a node through the graph, as a click on its expander would, unless it is expanded.
+void Open(TreeGraph* graph, TreeGraphItem* node) {
+    if (node->GetExpandedMark()) return;
+    graph->OnExpandItem(node, true);
+    node->Expand();
+}
 
 TreeGraphItem* ChildWithKey(TreeGraphItem* node, HC_KEY key) {
     for (TreeGraphItem* child = node->GetFirstChild(); child; child = child->GetNextSibling())
@@ -346,13 +371,19 @@ TreeGraphItem* ChildWithOriginalKey(TreeGraphItem* node, HC_KEY original) {
     return nullptr;
 }
 
-bool IsGroupLabel(const TreeGraphItem* node) {
-    const char* label = node->GetLabel();
-    return label &&
-           (!std::strcmp(label, kStaticTreeLabel) || !std::strcmp(label, kReferencesLabel));
-}
-
 } // namespace
+
+TreeGraphItem* HoopsSegmentTree::OpenGroup(TreeGraphItem* node, NodeKind kind,
+                                           std::uint32_t index) {
+    for (TreeGraphItem* child = node->GetFirstChild(); child; child = child->GetNextSibling()) {
+        NodeData data = DataOf(child);
+        if (data.kind == kind && data.index == index) {
+            Open(m_graph, child);
+            return child;
+        }
+    }
+    return nullptr;
+}
 
 // Finds (expanding on the way) the node under node that stands for key: a segment node, or the
 // item under its grouping nodes and pages.
@@ -360,69 +391,72 @@ TreeGraphItem* HoopsSegmentTree::FindChildFor(TreeGraphItem* node, HC_KEY key) {
     if (!IsAlive(key)) return nullptr;
     HC_KEY original = HC_Show_Original_Key(key);
     if (original == node->GetKey()) {
-        TreeGraphItem* defines = OpenGroup(node, kDefinesLabel);
+        TreeGraphItem* defines = OpenGroup(node, NodeKind::DefinesGroup);
         return defines ? defines : node;
     }
     for (TreeGraphItem* child = node->GetFirstChild(); child; child = child->GetNextSibling())
-        if ((child->GetKey() == original || child->GetKey() == key) && !IsGroupLabel(child))
+        if ((child->GetKey() == original || child->GetKey() == key) && !IsKeyedGroup(KindOf(child)))
             return child;
-    std::string type = KeyType(key);
-    if (type == "segment") {
-        if (!IsAlive(node->GetKey()) || KeyType(node->GetKey()) != "segment") return nullptr;
+    std::string typeWord = KeyType(key);
+    switch (ObjectTypeOfWord(typeWord)) {
+    case ObjectType::Segment: {
+        if (!IsAlive(node->GetKey()) || ObjectTypeOf(node->GetKey()) != ObjectType::Segment)
+            return nullptr;
         int position = SubsegmentPosition(node->GetKey(), key);
         for (TreeGraphItem* page = node->GetFirstChild(); page && position;
              page = page->GetNextSibling()) {
-            int first = 0, last = 0;
-            if (page->GetSelectionClass() != kClassSegmentPage || !page->GetLabel() ||
-                std::sscanf(page->GetLabel(), "SEGMENTS %d-%d", &first, &last) != 2 ||
-                position < first || position > last)
+            NodeData range = DataOf(page);
+            if (range.kind != NodeKind::SegmentPage || position < static_cast<int>(range.first) ||
+                position > static_cast<int>(range.last))
                 continue;
-            if (!page->GetExpandedMark()) {
-                m_graph->OnExpandItem(page, true);
-                page->Expand();
-            }
+            Open(m_graph, page);
             return ChildWithOriginalKey(page, original);
         }
         return nullptr;
     }
-    if (type == "include" || type == "style" || type == "named style") {
-        const char* label = type == "include" ? kIncludesLabel
-                            : type == "style" ? kStylesLabel
-                                              : kNamedStylesLabel;
-        TreeGraphItem* group = OpenGroup(node, label);
+    case ObjectType::Include:
+    case ObjectType::Style:
+    case ObjectType::NamedStyle: {
+        ObjectType type = ObjectTypeOfWord(typeWord);
+        NodeKind groupKind = type == ObjectType::Include ? NodeKind::IncludesGroup
+                             : type == ObjectType::Style ? NodeKind::StylesGroup
+                                                         : NodeKind::NamedStylesGroup;
+        TreeGraphItem* group = OpenGroup(node, groupKind);
         return group ? ChildWithKey(group, key) : nullptr;
     }
-    if (type == "static model") return OpenGroup(node, kStaticTreeLabel);
-    if (type == "reference") {
-        TreeGraphItem* references = OpenGroup(node, kReferencesLabel);
+    case ObjectType::StaticModel:
+        return OpenGroup(node, NodeKind::StaticTree);
+    case ObjectType::Reference: {
+        TreeGraphItem* references = OpenGroup(node, NodeKind::ReferencesGroup);
         HC_KEY referee = HC_Show_Reference_Geometry(key);
         if (!references || !IsAlive(referee)) return nullptr;
-        TreeGraphItem* kind = OpenGroup(
-            references, KeyType(referee) == "segment" ? kSegmentRefLabel : kGeometryRefLabel);
+        TreeGraphItem* kind = OpenGroup(references, ObjectTypeOf(referee) == ObjectType::Segment
+                                                        ? NodeKind::SegmentRefGroup
+                                                        : NodeKind::GeometryRefGroup);
         if (!kind) return nullptr;
         if (TreeGraphItem* found = ChildWithKey(kind, key)) return found;
         for (TreeGraphItem* page = kind->GetFirstChild(); page; page = page->GetNextSibling()) {
-            if (page->GetSelectionClass() != kClassReferencePage) continue;
-            if (!page->GetExpandedMark()) {
-                m_graph->OnExpandItem(page, true);
-                page->Expand();
-            }
+            if (KindOf(page) != NodeKind::ReferencePage) continue;
+            Open(m_graph, page);
             if (TreeGraphItem* found = ChildWithKey(page, key)) return found;
         }
         return nullptr;
     }
-    TreeGraphItem* geometry = OpenGroup(node, kGeometryLabel);
-    TreeGraphItem* kind = geometry ? OpenGroup(geometry, ToUpper(type).c_str()) : nullptr;
-    return kind ? ChildWithKey(kind, key) : nullptr;
+    default: {
+        TreeGraphItem* geometry = OpenGroup(node, NodeKind::GeometryGroup);
+        std::uint32_t index = GeometryKindIndex(typeWord);
+        TreeGraphItem* kind = geometry && index != kNoKind
+                                  ? OpenGroup(geometry, NodeKind::GeometryKind, index)
+                                  : nullptr;
+        return kind ? ChildWithKey(kind, key) : nullptr;
+    }
+    }
 }
 
 TreeGraphItem* HoopsSegmentTree::Reveal(const SearchResult& result, TreeGraphItem* start) {
     TreeGraphItem* node = start;
     for (size_t i = 1; i < result.keys.size() && node; ++i) {
-        if (!node->GetExpandedMark()) {
-            m_graph->OnExpandItem(node, true);
-            node->Expand();
-        }
+        Open(m_graph, node);
         node = FindChildFor(node, result.keys[i]);
     }
     return node;

@@ -1,8 +1,6 @@
 // What the browser's context-menu commands ask of the tree: attribute lines, deleting, flushing,
 // new children and links, refreshing, and the text of "Edit" applied back to the scene.
 
-#include <cstring>
-
 #include "mvo/utility.h"
 #include "scenetree/hoops_segment_tree.h"
 #include "scenetree/scene_access.h"
@@ -11,15 +9,16 @@ using namespace obsidra::scenetree;
 
 namespace {
 
-bool LabelIs(const TreeGraphItem* node, const char* label) {
-    return node && node->GetLabel() && std::strcmp(node->GetLabel(), label) == 0;
+bool IsLink(NodeKind kind) {
+    return kind == NodeKind::Include || kind == NodeKind::Style || kind == NodeKind::NamedStyle;
 }
 
-// Attribute questions go to a geometry item opened as such, or to a segment.
+// Attribute questions go to a geometry item (or reference) opened as such, or to a segment.
 class AttributeScope {
 public:
-    AttributeScope(HC_KEY key, bool geometry) : m_geometry(geometry) {
-        if (geometry)
+    explicit AttributeScope(const TreeGraphItem* node) : m_geometry(IsItemKind(KindOf(node))) {
+        HC_KEY key = node->GetKey();
+        if (m_geometry)
             HC_Open_Geometry(key);
         else
             HC_Open_Segment_By_Key(key);
@@ -42,11 +41,10 @@ private:
 TreeGraphItem* HoopsSegmentTree::AddAttribute(TreeGraphItem* node, int position, const char* name) {
     HoopsAttribute* attribute = name ? AttributeNamed(ToUpper(name)) : nullptr;
     if (!node || !attribute || !IsAlive(node->GetKey())) return nullptr;
-    std::string type = KeyTypeOf(node);
-    if (type == "include" || type == "style" || type == "named style") return nullptr;
+    if (IsLink(KindOf(node))) return nullptr;
     std::string value;
     {
-        AttributeScope open(node->GetKey(), type != "segment");
+        AttributeScope open(node);
         if (attribute->Exists()) value = attribute->Show();
     }
     std::string label = AttributeLineLabel(*attribute, value);
@@ -69,7 +67,8 @@ TreeGraphItem* HoopsSegmentTree::AddAttribute(TreeGraphItem* node, int position,
     line->SetSelectionClass(kClassSegment);
     line->SetEditable(false);
     line->SetHasChildren(false);
-    line->SetData(kDataAttributeLine | static_cast<std::uint64_t>(attribute->Kind()));
+    line->SetData(
+        PackNodeData({NodeKind::AttributeLine, static_cast<std::uint32_t>(attribute->Kind())}));
     node->SetHasChildren(true);
     return line;
 }
@@ -79,9 +78,8 @@ std::string HoopsSegmentTree::GetNetAttributeText(TreeGraphItem* node, const cha
     if (!node || !attribute) return {};
     const TreeGraphItem* keyed = IsObjectKey(node->GetKey()) ? node : KeyedAncestor(node);
     if (!keyed || !IsAlive(keyed->GetKey())) return {};
-    std::string type = KeyTypeOf(keyed);
-    if (type == "include" || type == "style" || type == "named style") return {};
-    AttributeScope open(keyed->GetKey(), type != "segment");
+    if (IsLink(KindOf(keyed))) return {};
+    AttributeScope open(keyed);
     return attribute->ShowNet();
 }
 
@@ -90,7 +88,7 @@ bool HoopsSegmentTree::UndefineAttribute(TreeGraphItem* line) {
     TreeGraphItem* owner = line ? line->GetParent() : nullptr;
     if (!attribute || !owner || !IsAlive(owner->GetKey())) return false;
     {
-        AttributeScope open(owner->GetKey(), KeyTypeOf(owner) != "segment");
+        AttributeScope open(owner);
         if (attribute->Exists()) attribute->UnSet();
     }
     owner->DeleteChild(line);
@@ -101,20 +99,20 @@ bool HoopsSegmentTree::DeleteNode(TreeGraphItem* node) {
     if (!node || node == m_graph->GetRoot()) return false;
     m_graph->ClearMessages();
     HC_KEY key = node->GetKey();
-    if (!IsObjectKey(key) || LabelIs(node, kStaticTreeLabel) || LabelIs(node, kReferencesLabel))
-        return false;
+    if (!IsObjectKey(key) || IsKeyedGroup(KindOf(node))) return false;
     if (IsAlive(key)) HC_Delete_By_Key(key);
     TreeGraphItem* parent = node->GetParent();
     if (node == m_topNode) m_topNode = nullptr;
     parent->DeleteChild(node);
-    if (!IsObjectKey(parent->GetKey()) && parent->GetLabel() &&
-        std::strstr(parent->GetLabel(), "SEGMENTS") && parent->GetParent())
+    if (KindOf(parent) == NodeKind::SegmentPage && parent->GetParent())
         ExpandNode(parent->GetParent());
     return true;
 }
 
 void HoopsSegmentTree::Flush(TreeGraphItem* node, const char* contentTypes) {
-    if (!node || !contentTypes || !IsAlive(node->GetKey()) || KeyTypeOf(node) != "segment") return;
+    if (!node || !contentTypes || !IsAlive(node->GetKey())) return;
+    NodeKind kind = KindOf(node);
+    if (kind != NodeKind::Segment && !IsKeyedGroup(kind)) return;
     {
         SegmentScope open(node->GetKey());
         HC_Flush_Contents("...", contentTypes);
@@ -123,7 +121,7 @@ void HoopsSegmentTree::Flush(TreeGraphItem* node, const char* contentTypes) {
 }
 
 TreeGraphItem* HoopsSegmentTree::AddChildNode(TreeGraphItem* parent, HC_KEY key) {
-    if (!parent || !IsAlive(key) || KeyType(key) != "segment") return nullptr;
+    if (!parent || !IsAlive(key) || ObjectTypeOf(key) != ObjectType::Segment) return nullptr;
     TreeGraphItem* node = MakeSegmentNode(parent, key, parent->GetFlags() & kFlagInStaticModel);
     parent->SetHasChildren(true);
     UpdateSelectionState(node);
@@ -135,9 +133,8 @@ void HoopsSegmentTree::RefreshNode(TreeGraphItem* node) {
     HC_KEY key = node->GetKey();
     if (IsObjectKey(key)) {
         if (!IsAlive(key)) return;
-        if (KeyTypeOf(node) == "segment" && !LabelIs(node, kStaticTreeLabel) &&
-            !LabelIs(node, kReferencesLabel)) {
-            node->SetLabel(OwnName(SegmentPath(key)).c_str());
+        if (KindOf(node) == NodeKind::Segment) {
+            node->SetLabel(HUtility::OwnName(SegmentPath(key)).c_str());
             SegmentScope open(key);
             ContentsSearch search("everything, first match");
             std::string type;
@@ -151,21 +148,23 @@ void HoopsSegmentTree::RefreshNode(TreeGraphItem* node) {
 
 TreeGraphItem* HoopsSegmentTree::InsertStyleOrIncludeNode(HC_KEY key, TreeGraphItem* node) {
     if (!node || !IsAlive(node->GetKey())) return nullptr;
-    std::string type;
+    ObjectType type = ObjectType::None;
     {
         SegmentScope open(node->GetKey());
         if (!IsAlive(key)) return nullptr;
-        type = KeyType(key);
+        type = ObjectTypeOf(key);
     }
-    if (type != "include" && type != "style") return nullptr;
-    const char* label = type == "include" ? kIncludesLabel : kStylesLabel;
+    if (type != ObjectType::Include && type != ObjectType::Style) return nullptr;
+    bool include = type == ObjectType::Include;
+    NodeKind groupKind = include ? NodeKind::IncludesGroup : NodeKind::StylesGroup;
     for (TreeGraphItem* group = node->GetFirstChild(); group; group = group->GetNextSibling()) {
-        if (!LabelIs(group, label)) continue;
+        if (KindOf(group) != groupKind) continue;
         for (TreeGraphItem* child = group->GetFirstChild(); child; child = child->GetNextSibling())
             if (child->GetKey() == key) return child;
         if (!group->GetExpandedMark()) return nullptr;
         SegmentScope open(node->GetKey());
-        TreeGraphItem* link = MakeLinkNode(group, key, type);
+        TreeGraphItem* link =
+            MakeLinkNode(group, key, include ? NodeKind::Include : NodeKind::Style);
         UpdateSelectionState(link);
         return link;
     }
@@ -179,8 +178,9 @@ void HoopsSegmentTree::ReReadChildren(TreeGraphItem* node, HC_KEY key) {
 
 bool HoopsSegmentTree::IsGeometryOfKind(const TreeGraphItem* node, const char* kindName) {
     if (!node || !kindName || !IsObjectKey(node->GetKey())) return false;
-    const TreeGraphItem* kind = node->GetParent();
-    return kind && LabelIs(kind, kindName) && LabelIs(kind->GetParent(), kGeometryLabel);
+    const TreeGraphItem* kindNode = node->GetParent();
+    HoopsGeometry* kind = GeometryKindOf(kindNode);
+    return kind && KindOf(kindNode) == NodeKind::GeometryKind && kind->GetName() == kindName;
 }
 
 std::string HoopsSegmentTree::GetEditText(TreeGraphItem* node) {
@@ -188,13 +188,12 @@ std::string HoopsSegmentTree::GetEditText(TreeGraphItem* node) {
     if (HoopsAttribute* attribute = AttributeOfLine(node)) {
         TreeGraphItem* owner = node->GetParent();
         if (!owner || !IsAlive(owner->GetKey())) return {};
-        AttributeScope open(owner->GetKey(), KeyTypeOf(owner) != "segment");
+        AttributeScope open(owner);
         return attribute->Exists() ? attribute->Show() : std::string();
     }
     std::string label = node->GetLabel() ? node->GetLabel() : "";
-    if (IsObjectKey(node->GetKey()) && IsAlive(node->GetKey()) && KeyTypeOf(node) == "segment" &&
-        !LabelIs(node, kStaticTreeLabel) && !LabelIs(node, kReferencesLabel))
-        return OwnName(SegmentPath(node->GetKey()));
+    if (KindOf(node) == NodeKind::Segment && IsAlive(node->GetKey()))
+        return HUtility::OwnName(SegmentPath(node->GetKey()));
     return label.substr(0, 32767);
 }
 
@@ -210,7 +209,7 @@ bool HoopsSegmentTree::ApplyEditedText(TreeGraphItem* node, std::string_view tex
         if (!owner || !IsAlive(owner->GetKey())) return false;
         std::string value;
         {
-            AttributeScope open(owner->GetKey(), KeyTypeOf(owner) != "segment");
+            AttributeScope open(owner);
             attribute->Set(text);
             if (!attribute->Exists()) return false;
             value = attribute->Show();
@@ -219,9 +218,7 @@ bool HoopsSegmentTree::ApplyEditedText(TreeGraphItem* node, std::string_view tex
         return true;
     }
     if (IsDefinitionLine(node)) {
-        const TreeGraphItem* kindNode = node->GetParent();
-        HoopsDefineGeometry* kind =
-            kindNode && kindNode->GetLabel() ? DefinitionKindNamed(kindNode->GetLabel()) : nullptr;
+        HoopsDefineGeometry* kind = DefinitionKindOf(node);
         ContentOwner owner;
         if (!kind || !ResolveOwner(KeyedAncestor(node), owner)) return false;
         auto parts = kind->SplitText(text);
@@ -237,15 +234,14 @@ bool HoopsSegmentTree::ApplyEditedText(TreeGraphItem* node, std::string_view tex
     }
     HC_KEY key = node->GetKey();
     if (!IsAlive(key)) return false;
-    std::string type = KeyTypeOf(node);
-    if (type == "segment") {
-        if (LabelIs(node, kStaticTreeLabel) || LabelIs(node, kReferencesLabel)) return false;
+    NodeKind nodeKind = KindOf(node);
+    if (nodeKind == NodeKind::Segment) {
         std::string name(text.substr(0, text.find('\n')));
         if (!HUtility::RenameSegment(key, name.c_str())) return false;
-        node->SetLabel(OwnName(SegmentPath(key)).c_str());
+        node->SetLabel(HUtility::OwnName(SegmentPath(key)).c_str());
         return true;
     }
-    HoopsGeometry* kind = GeometryKindNamed(ToUpper(type));
+    HoopsGeometry* kind = nodeKind == NodeKind::GeometryItem ? GeometryKindOf(node) : nullptr;
     if (!kind) return false;
     bool edited = false;
     std::string description;

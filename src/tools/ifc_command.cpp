@@ -8,6 +8,7 @@
 
 #include "commands.h"
 #include "host/ifc/ifc_importer.h"
+#include "text/text.h"
 
 namespace obsidra::tools {
 
@@ -19,12 +20,6 @@ constexpr const char* kUsage =
 std::string Metres(double value) {
     char text[32];
     std::snprintf(text, sizeof text, "%.3f m", value);
-    return text;
-}
-
-std::string KeyText(HC_KEY key) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%llX", static_cast<unsigned long long>(key));
     return text;
 }
 
@@ -73,7 +68,7 @@ void PrintTree(HC_KEY root, int depth, std::ostream& out) {
     HC_End_Contents_Search();
     HC_Close_Segment();
     out << std::string(static_cast<std::size_t>(depth) * 2, ' ') << LastLevel(root) << "  ["
-        << KeyText(root) << "]";
+        << text::KeyText(root) << "]";
     if (options[0]) out << "  " << options;
     if (shells > 0) out << "  shells " << shells;
     out << "\n";

@@ -5,16 +5,12 @@
 #include <obsidra/hc.h>
 
 #include "commands.h"
+#include "mvo/utility.h"
+#include "text/text.h"
 
 namespace obsidra::tools {
 
 namespace {
-
-std::string KeyText(HC_KEY key) {
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%llX", static_cast<unsigned long long>(key));
-    return buffer;
-}
 
 struct Entry {
     HC_KEY key;
@@ -24,9 +20,7 @@ struct Entry {
 // One line a segment: its name, its key and how many items of each type it holds.
 void PrintSegment(HC_KEY key, int depth, std::vector<Entry>& children, std::ostream& out) {
     char path[HC_TEXT_MAX];
-    char name[HC_TEXT_MAX];
     HC_Show_Segment(key, path);
-    HC_Parse_String(path, "/", -1, name);
     std::map<std::string, int> counts;
     std::vector<std::string> order;
     HC_Open_Segment_By_Key(key);
@@ -39,8 +33,8 @@ void PrintSegment(HC_KEY key, int depth, std::vector<Entry>& children, std::ostr
     }
     HC_End_Contents_Search();
     HC_Close_Segment();
-    out << std::string(static_cast<size_t>(depth) * 2, ' ') << (name[0] ? name : path) << "  ["
-        << KeyText(key) << "]";
+    out << std::string(static_cast<size_t>(depth) * 2, ' ') << HUtility::OwnName(path) << "  ["
+        << text::KeyText(key) << "]";
     const char* separator = "  ";
     for (const std::string& word : order) {
         out << separator << word << " " << counts[word];

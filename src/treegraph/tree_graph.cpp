@@ -12,23 +12,23 @@ TreeGraph::~TreeGraph() {
 }
 
 void TreeGraph::OnSelectItem(TreeGraphItem* item) {
-    if (Relays(item)) m_target->OnSelectItem(item);
+    if (m_target) m_target->OnSelectItem(item);
 }
 
 void TreeGraph::OnEndLabelEdit(TreeGraphItem* item, const char* text) {
-    if (Relays(item)) m_target->OnEndLabelEdit(item, text);
+    if (m_target) m_target->OnEndLabelEdit(item, text);
 }
 
 void TreeGraph::OnBeginLabelEdit(TreeGraphItem* item, const char* text) {
-    if (Relays(item)) m_target->OnBeginLabelEdit(item, text);
+    if (m_target) m_target->OnBeginLabelEdit(item, text);
 }
 
 void TreeGraph::OnExpandItem(TreeGraphItem* item, bool expanding) {
-    if (Relays(item)) m_target->OnExpandItem(item, expanding);
+    if (m_target) m_target->OnExpandItem(item, expanding);
 }
 
 void TreeGraph::OnStateIconClick(TreeGraphItem* item) {
-    if (Relays(item)) m_target->OnStateIconClick(item);
+    if (m_target) m_target->OnStateIconClick(item);
 }
 
 void TreeGraph::ClearMessages() {}
@@ -51,9 +51,7 @@ bool TreeGraph::SetRoot(TreeGraphItem* root) {
     return true;
 }
 
-void TreeGraph::Reset() {
-    SetRoot(new TreeGraphItem(this));
-}
+void TreeGraph::Reset() {}
 
 void TreeGraph::SetMessageTarget(TreeGraphMessageTarget* target) {
     if (target != this) m_target = target;
@@ -90,10 +88,6 @@ std::vector<TreeGraphItem*> TreeGraph::FindItems(TreeGraphKey key) const {
 
 std::size_t TreeGraph::GetIndexedKeyCount() const {
     return m_keyIndex ? m_keyIndex->size() : 0;
-}
-
-bool TreeGraph::Relays(const TreeGraphItem* item) const {
-    return m_target && item && item->m_graph == this;
 }
 
 void TreeGraph::LinkKey(TreeGraphItem* item) {

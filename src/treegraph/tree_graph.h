@@ -25,8 +25,8 @@ public:
     TreeGraph(const TreeGraph&) = delete;
     TreeGraph& operator=(const TreeGraph&) = delete;
 
-    // Each of these passes the call on to the message target; a call without a target, or about
-    // an item that is null or belongs to another graph, is dropped.
+    // Each of these passes the call on to the message target with the same arguments, a null
+    // item included: judging an item is the target's business. Without a target it is dropped.
     void OnSelectItem(TreeGraphItem* item) override;
     void OnEndLabelEdit(TreeGraphItem* item, const char* text) override;
     void OnBeginLabelEdit(TreeGraphItem* item, const char* text) override;
@@ -41,7 +41,8 @@ public:
     // null). Refuses (false, ownership stays with the caller) an item of another graph or one that
     // sits in a child list.
     virtual bool SetRoot(TreeGraphItem* root);
-    // Replaces the root by a fresh empty item; a view overrides this to use its own item type.
+    // Nothing here: a view overrides it to replace the root by a fresh empty item of its own
+    // type. A headless client gives a plain graph its root with SetRoot.
     virtual void Reset();
 
     // Ignores the graph itself, which would relay every call back to itself forever.
@@ -68,7 +69,6 @@ private:
 
     static const TreeGraphChain::Links kSameKey;
 
-    bool Relays(const TreeGraphItem* item) const;
     void LinkKey(TreeGraphItem* item);
     void UnlinkKey(TreeGraphItem* item);
 

@@ -104,6 +104,67 @@ TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
             << inside->GetLabel();
 }
 
+// Each node is reached by the labels on its way down from the top node, "*" standing for the
+// first child; what it is comes from its data, so a view may relabel it freely.
+TEST_F(ExpansionTest, EveryNodeKeepsItsKindAsData) {
+    HC_KEY part = HC_Create_Segment("/library/part");
+    OpenModelPath(ModelKey(), "all");
+    HC_Set_Heuristics("static model");
+    HC_KEY shell = Triangle();
+    HC_Open_Geometry(shell);
+    HC_Set_Color("faces=red");
+    HC_Close_Geometry();
+    HC_Define_Local_Texture("wood", "source=oak");
+    HC_Include_Segment("/library/part");
+    HC_Style_Segment("/library/part");
+    HC_Define_Named_Style("red", "/library/part");
+    HC_Named_Style_Segment("red");
+    HC_Reference_Geometry_By_Key(part);
+    HC_Reference_Geometry_By_Key(shell);
+    HC_Create_Segment("a");
+    Close(2);
+
+    const struct {
+        std::vector<std::string> path;
+        NodeKind kind;
+    } rows[] = {
+        {{"all"}, NodeKind::Segment},
+        {{"all", "a"}, NodeKind::Segment},
+        {{"all", "STATIC_TREE"}, NodeKind::StaticTree},
+        {{"all", "GEOMETRY"}, NodeKind::GeometryGroup},
+        {{"all", "GEOMETRY", "SHELL"}, NodeKind::GeometryKind},
+        {{"all", "GEOMETRY", "SHELL", "*"}, NodeKind::GeometryItem},
+        {{"all", "GEOMETRY", "SHELL", "*", "*"}, NodeKind::AttributeLine},
+        {{"all", "DEFINES"}, NodeKind::DefinesGroup},
+        {{"all", "DEFINES", "LOCAL TEXTURE"}, NodeKind::DefinitionKind},
+        {{"all", "DEFINES", "LOCAL TEXTURE", "*"}, NodeKind::DefinitionLine},
+        {{"all", "INCLUDES"}, NodeKind::IncludesGroup},
+        {{"all", "INCLUDES", "*"}, NodeKind::Include},
+        {{"all", "INCLUDES", "*", "*"}, NodeKind::Segment},
+        {{"all", "STYLES"}, NodeKind::StylesGroup},
+        {{"all", "STYLES", "*"}, NodeKind::Style},
+        {{"all", "NAMED STYLES"}, NodeKind::NamedStylesGroup},
+        {{"all", "NAMED STYLES", "*"}, NodeKind::NamedStyle},
+        {{"all", "REFERENCES"}, NodeKind::ReferencesGroup},
+        {{"all", "REFERENCES", "GEOMETRY_REF"}, NodeKind::GeometryRefGroup},
+        {{"all", "REFERENCES", "GEOMETRY_REF", "*"}, NodeKind::GeometryReference},
+        {{"all", "REFERENCES", "SEGMENT_REF"}, NodeKind::SegmentRefGroup},
+        {{"all", "REFERENCES", "SEGMENT_REF", "*"}, NodeKind::SegmentReference},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(::testing::PrintToString(row.path));
+        TreeGraphItem* node = Expand(Top());
+        for (size_t i = 0; i < row.path.size() && node; ++i)
+            node = row.path[i] == "*" ? Expand(node->GetFirstChild()) : Open(node, row.path[i]);
+        ASSERT_NE(node, nullptr);
+        EXPECT_EQ(KindOf(node), row.kind);
+        std::vector<std::string> before = Labels(node);
+        node->SetLabel("relabelled");
+        EXPECT_EQ(Labels(Expand(node)), before) << "a relabelled node expands as before";
+    }
+    EXPECT_EQ(KindOf(m_graph.GetRoot()), NodeKind::None);
+}
+
 TEST_F(ExpansionTest, GeometryKindsListTheirItemsAndItemsTheirAttributes) {
     OpenModelPath(ModelKey());
     HC_KEY first = Triangle();
@@ -164,6 +225,10 @@ TEST_P(PagingTest, LongListsOfSubsegmentsComeInPagesOfAThousand) {
     TreeGraphItem* last = Expand(top->GetLastChild());
     int first = 0, end = 0;
     ASSERT_EQ(std::sscanf(last->GetLabel(), "SEGMENTS %d-%d", &first, &end), 2);
+    NodeData range = DataOf(last);
+    EXPECT_EQ(range.kind, NodeKind::SegmentPage);
+    EXPECT_EQ(range.first, static_cast<std::uint32_t>(first));
+    EXPECT_EQ(range.last, static_cast<std::uint32_t>(end));
     ASSERT_EQ(last->GetChildCount(), static_cast<size_t>(end - first + 1));
     EXPECT_STREQ(last->GetFirstChild()->GetLabel(), ("s" + std::to_string(first - 1)).c_str());
     EXPECT_STREQ(last->GetLastChild()->GetLabel(), ("s" + std::to_string(end - 1)).c_str());
@@ -268,6 +333,10 @@ TEST_F(ExpansionTest, ReferencesOfOneKindPageOnlyWhenThatKindFillsAPage) {
     EXPECT_EQ(Labels(segments),
               (std::vector<std::string>{"REFERENCES 1-1000", "REFERENCES 1001-1002"}));
     EXPECT_EQ(segments->GetFirstChild()->GetSelectionClass(), kClassReferencePage);
+    NodeData range = DataOf(segments->GetLastChild());
+    EXPECT_EQ(range.kind, NodeKind::ReferencePage);
+    EXPECT_EQ(range.first, 1001u);
+    EXPECT_EQ(range.last, 1002u);
     EXPECT_EQ(Expand(segments->GetLastChild())->GetChildCount(), 1u)
         << "the last page holds one segment reference and the shell's";
     TreeGraphItem* geometry = Open(references, "GEOMETRY_REF");

@@ -20,11 +20,11 @@ Labels ChildLabels(const TreeGraphItem* parent) {
     return labels;
 }
 
-// A headless graph with the plain root that Reset gives it.
+// A headless graph with a plain root.
 class TreeGraphItemTest : public ::testing::Test {
 protected:
     TreeGraphItemTest() {
-        graph.Reset();
+        graph.SetRoot(new TreeGraphItem(&graph));
         root = graph.GetRoot();
     }
 
@@ -145,7 +145,7 @@ TEST_F(TreeGraphItemTest, VeryDeepAndWideTreesWork) {
     TreeGraphItem* node = root;
     for (int depth = 0; depth < 200000; ++depth)
         node = node->AddChild("deep", 0, true);
-    graph.Reset();
+    graph.SetRoot(new TreeGraphItem(&graph));
     root = graph.GetRoot();
 
     std::vector<TreeGraphItem*> items;

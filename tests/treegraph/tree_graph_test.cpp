@@ -12,7 +12,7 @@ using Items = std::vector<TreeGraphItem*>;
 class TreeGraphTest : public ::testing::Test {
 protected:
     TreeGraphTest() {
-        graph.Reset();
+        graph.SetRoot(new TreeGraphItem(&graph));
         root = graph.GetRoot();
     }
 
@@ -68,7 +68,7 @@ TEST_F(TreeGraphTest, OnlyAttachedItemsWithAKeyAreIndexed) {
     EXPECT_EQ(graph.GetIndexedKeyCount(), 1u);
 
     TreeGraph other;
-    other.Reset();
+    other.SetRoot(new TreeGraphItem(&other));
     TreeGraphItem* foreign = other.GetRoot()->AddChild("foreign", 8, true);
     graph.RegisterItem(nullptr);
     graph.RegisterItem(foreign);
@@ -103,6 +103,8 @@ TEST(TreeGraphRoot, ReplacingTheRootEmptiesTheIndexAndRefusesItemsItCannotOwn) {
     TreeGraph graph;
     EXPECT_EQ(graph.GetRoot(), nullptr);
     graph.Reset();
+    EXPECT_EQ(graph.GetRoot(), nullptr) << "only a view makes roots";
+    graph.SetRoot(new TreeGraphItem(&graph));
     TreeGraphItem* root = graph.GetRoot();
     TreeGraphItem* a = root->AddChild("a", 1, true);
     a->AddChild("a1", 2, true)->AddChild("a11", 1, true);
@@ -117,9 +119,11 @@ TEST(TreeGraphRoot, ReplacingTheRootEmptiesTheIndexAndRefusesItemsItCannotOwn) {
     graph.SetRoot(new TreeGraphItem(&graph));
     EXPECT_EQ(graph.GetIndexedKeyCount(), 0u);
     EXPECT_EQ(graph.GetRoot()->GetChildCount(), 0u);
-    graph.GetRoot()->AddChild("b", 3, true);
+    TreeGraphItem* kept = graph.GetRoot();
+    kept->AddChild("b", 3, true);
     graph.Reset();
-    EXPECT_EQ(graph.GetIndexedKeyCount(), 0u);
+    EXPECT_EQ(graph.GetRoot(), kept) << "Reset leaves the tree to the view";
+    EXPECT_EQ(graph.GetIndexedKeyCount(), 1u);
     EXPECT_TRUE(graph.SetRoot(nullptr));
     EXPECT_EQ(graph.GetRoot(), nullptr);
 }
@@ -141,7 +145,7 @@ TEST(TreeGraphTeardown, ItemsOutliveTheIndexWhenTheGraphGoes) {
     std::size_t foundOnTeardown = 99;
     {
         TreeGraph graph;
-        graph.Reset();
+        graph.SetRoot(new TreeGraphItem(&graph));
         TreeGraphItem* root = graph.GetRoot();
         auto* deleted = new ProbeItem(&graph, &foundOnDelete);
         deleted->Init("deleted", 42, 0);
@@ -178,7 +182,8 @@ public:
 private:
     void Record(const std::string& call, const TreeGraphItem* item,
                 const std::string& detail = {}) {
-        calls.push_back(call + " " + item->GetLabel() + (detail.empty() ? "" : " " + detail));
+        std::string label = item ? item->GetLabel() : "<null>";
+        calls.push_back(call + " " + label + (detail.empty() ? "" : " " + detail));
     }
 };
 
@@ -192,29 +197,45 @@ void SendAll(TreeGraphMessageTarget& target, TreeGraphItem* item) {
     target.OnStateIconClick(item);
 }
 
-TEST_F(TreeGraphTest, EveryCallbackReachesTheTargetUnchanged) {
-    RecordingTarget target;
-    graph.SetMessageTarget(&target);
-    SendAll(graph, root->AddChild("item", 0, true));
-    EXPECT_EQ(target.calls,
-              (std::vector<std::string>{"select item", "end edit item edited",
-                                        "end edit item <null>", "begin edit item item",
-                                        "expand item true", "expand item false", "icon item"}));
+TEST_F(TreeGraphTest, EveryCallbackReachesTheTargetUnchangedWhateverTheItem) {
+    const std::vector<std::string> all = {"select X",
+                                          "end edit X edited",
+                                          "end edit X <null>",
+                                          "begin edit X item",
+                                          "expand X true",
+                                          "expand X false",
+                                          "icon X"};
+    TreeGraph other;
+    other.SetRoot(new TreeGraphItem(&other));
+    other.GetRoot()->SetLabel("foreign");
+    const struct {
+        const char* name;
+        TreeGraphItem* item;
+    } rows[] = {
+        {"item", root->AddChild("item", 0, true)},
+        {"<null>", nullptr},
+        {"foreign", other.GetRoot()},
+    };
+    for (const auto& row : rows) {
+        RecordingTarget target;
+        graph.SetMessageTarget(&target);
+        SendAll(graph, row.item);
+        std::vector<std::string> expected;
+        for (std::string call : all)
+            expected.push_back(call.replace(call.find('X'), 1, row.name));
+        EXPECT_EQ(target.calls, expected) << row.name;
+    }
 }
 
-TEST_F(TreeGraphTest, CallsWithNowhereToGoAreDropped) {
+TEST_F(TreeGraphTest, CallsWithoutATargetAreDropped) {
     TreeGraphItem* item = root->AddChild("item", 0, true);
     SendAll(graph, item);
+    SendAll(graph, nullptr);
 
     RecordingTarget target;
     graph.SetMessageTarget(&target);
     graph.SetMessageTarget(&graph);
     EXPECT_EQ(graph.GetMessageTarget(), &target) << "a graph never relays to itself";
-    TreeGraph other;
-    other.Reset();
-    other.GetRoot()->SetLabel("foreign");
-    SendAll(graph, nullptr);
-    SendAll(graph, other.GetRoot());
     graph.SetMessageTarget(nullptr);
     SendAll(graph, item);
     EXPECT_TRUE(target.calls.empty());
