@@ -49,8 +49,6 @@ OrnViewer::OrnViewer(ComponentHost* host, QWidget* parent)
     setMinimumSize(size());
 }
 
-OrnViewer::~OrnViewer() = default;
-
 void OrnViewer::RefreshControlTree() {
     ComponentTree& tree = m_tree->Tree();
     tree.Clear();

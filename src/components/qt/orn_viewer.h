@@ -28,7 +28,6 @@ public:
     // The host is not owned and must outlive the dialog. The tree stays empty until the first
     // RefreshControlTree, which the opener runs once the dialog is shown.
     explicit OrnViewer(ComponentHost* host, QWidget* parent = nullptr);
-    ~OrnViewer() override;
 
     // Rebuilds the tree from the host's projects in the grouping the combo box shows, then
     // fetches the highlight.

@@ -16,10 +16,6 @@
 #include "host/ifc/ifc_component_host.h"
 #include "host/ifc_test.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#endif
-
 namespace obsidra::components::qt {
 namespace {
 
@@ -31,14 +27,7 @@ class ComponentDialogsOverIfcTest : public host::ifc::testing::IfcTest {
 protected:
     void SetUp() override {
         IfcTest::SetUp();
-        {
-#if defined(__SANITIZE_ADDRESS__)
-            // carve, which meshes the house, leaks what a failed boolean operation left behind;
-            // its allocations are not this test's to report.
-            __lsan::ScopedDisabler carveLeaks;
-#endif
-            m_host = std::make_unique<IfcComponentHost>(ImportHouse());
-        }
+        m_host = std::make_unique<IfcComponentHost>(ImportHouse());
         m_host->SetRedraw([this] { ++m_redraws; });
         m_viewer = std::make_unique<OrnViewer>(m_host.get());
         m_viewer->show();
