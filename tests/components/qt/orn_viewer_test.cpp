@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <array>
 #include <gtest/gtest.h>
 #include <string_view>
 #include <vector>
@@ -173,12 +174,23 @@ TEST_F(OrnViewerTest, ClosingDeletesTheDialogAndSaysSo) {
     m_viewer = nullptr;
 }
 
-TEST(OrnViewerEmptyHost, ShowsOnlyTheRoot) {
-    MemoryComponentHost host;
-    OrnViewer viewer(&host);
-    viewer.RefreshControlTree();
-    EXPECT_EQ(viewer.Tree()->Tree().NodeCount(), 1u);
-    EXPECT_EQ(viewer.Tree()->model()->index(0, 0).data().toString(), QStringLiteral("全部工程"));
+// A host without projects, and no host at all, give the root alone; clicks change only boxes.
+TEST(OrnViewerWithoutProjects, ShowsOnlyTheRoot) {
+    MemoryComponentHost empty;
+    for (ComponentHost* host : std::array<ComponentHost*, 2>{&empty, nullptr}) {
+        OrnViewer viewer(host);
+        viewer.show();
+        viewer.RefreshControlTree();
+        viewer.RefreshHighlight();
+        viewer.Select(1);
+        CMutiTreeCtrl* tree = viewer.Tree();
+        ASSERT_EQ(tree->Tree().NodeCount(), 1u);
+        EXPECT_EQ(tree->model()->index(0, 0).data().toString(), QStringLiteral("全部工程"));
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
+                          tree->CheckBoxRect(tree->Tree().Root()).center());
+        EXPECT_EQ(tree->Tree().GetCheckState(tree->Tree().Root()), CheckState::Unchecked);
+    }
+    EXPECT_EQ(empty.RedrawCount(), 1);
 }
 
 } // namespace

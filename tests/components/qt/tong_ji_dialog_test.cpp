@@ -47,6 +47,13 @@ TEST(CUxTongJiDialogTest, ListsEveryMinorCategoryInTheListsOrderWithTheTotal) {
     }
 }
 
+TEST(CUxTongJiDialogTest, NoHostGivesAnEmptyList) {
+    const CUxTongJiDialog dialog(nullptr);
+    EXPECT_TRUE(ListRows(dialog).empty());
+    EXPECT_EQ(FindControl<QLabel>(&dialog, CUxTongJiDialog::kTotalId)->text(),
+              QStringLiteral("总构件个数->> 0"));
+}
+
 TEST(CUxTongJiDialogTest, HasTheTemplatesCaptionColumnsAndButtons) {
     MemoryComponentHost host;
     CUxTongJiDialog dialog(&host);
