@@ -1,5 +1,6 @@
 #include "components/qt/muti_tree_ctrl.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -12,6 +13,10 @@ CMutiTreeCtrl::CMutiTreeCtrl(QWidget* parent)
     : QTreeView(parent), m_model(new ComponentTreeModel(nullptr, this)) {
     setModel(m_model);
     setHeaderHidden(true);
+    // Long labels deep in the tree scroll sideways rather than being cut short; the view measures
+    // only the rows on screen.
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     // Every row is one line of text with a box: the view need not measure 400,000 rows.
     setUniformRowHeights(true);
     setRootIsDecorated(true);
