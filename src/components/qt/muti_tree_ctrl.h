@@ -1,0 +1,46 @@
+// The component viewer's control tree: a tree view over the component tree model. A click on a
+// box ticks or unticks its subtree and shows or hides the geometry in the host; Space changes
+// only the boxes; the selected node's information goes to the edit box beside the tree.
+#pragma once
+
+#include <QPointer>
+#include <QTreeView>
+#include <cstdint>
+
+#include "components/qt/component_tree_model.h"
+
+class QPlainTextEdit;
+
+namespace obsidra::components::qt {
+
+class CMutiTreeCtrl final : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit CMutiTreeCtrl(QWidget* parent = nullptr);
+
+    // Neither is owned. The box shows the selected node's information text.
+    void SetInformationBox(QPlainTextEdit* box);
+    void SetHost(ComponentHost* host) { m_model->Tree().SetHost(host); }
+
+    ComponentTree& Tree() { return m_model->Tree(); }
+    ComponentTreeModel* Model() const { return m_model; }
+
+    // Where the node's check box is drawn in viewport coordinates; empty when the node has no
+    // box or its row is not shown.
+    QRect CheckBoxRect(NodeIndex node) const;
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    void ShowInformation(const QString& text);
+
+    ComponentTreeModel* m_model;
+    QPointer<QPlainTextEdit> m_informationBox;
+};
+
+} // namespace obsidra::components::qt
