@@ -61,6 +61,10 @@ void CSegTreeCtrl::RightClick(const QPoint& pos, Qt::KeyboardModifiers modifiers
         OnCommand(chosen->property("commandId").toInt());
 }
 
+bool CSegTreeCtrl::EditLabel(QTreeWidgetItem* item) {
+    return item && edit(indexFromItem(item), AllEditTriggers, nullptr);
+}
+
 QWidget* CSegTreeCtrl::GetLabelEditor() const {
     return m_editedItem ? indexWidget(indexFromItem(m_editedItem)) : nullptr;
 }

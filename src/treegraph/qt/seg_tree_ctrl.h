@@ -55,6 +55,8 @@ public:
 
     // The right button as a click at pos (viewport coordinates) would press it.
     void RightClick(const QPoint& pos, Qt::KeyboardModifiers modifiers);
+    // Opens the label editor of item unless the graph refuses it; true when it opened.
+    bool EditLabel(QTreeWidgetItem* item);
     // The editor of the label being edited, or null.
     QWidget* GetLabelEditor() const;
     // The item widget of a node whose state icon a click at pos would hit, or null.

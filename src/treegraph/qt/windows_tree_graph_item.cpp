@@ -163,6 +163,5 @@ void WindowsTreeGraphItem::Collapse() {
 bool WindowsTreeGraphItem::EditLabel() {
     CSegTreeCtrl* tree = View()->GetTreeControl();
     if (!m_handle || !tree) return false;
-    tree->editItem(m_handle);
-    return tree->GetLabelEditor() != nullptr;
+    return tree->EditLabel(m_handle);
 }
