@@ -257,37 +257,15 @@ void CSegmentBrowserDlg::Search() {
     const QByteArray text = static_cast<QLineEdit*>(Control(kSearchText))->text().toUtf8();
     TreeGraphItem* root = GetRoot();
     HoopsSegmentTree& tree = *m_model;
-    switch (m_searchTypeCode) {
-    case 1:
-        tree.SearchAttributes(text.constData(), root);
-        break;
-    case 2:
-        tree.SearchGeometry(text.constData(), root);
-        break;
-    case 3:
-        tree.SearchSegments(text.constData(), root);
-        break;
-    case 4:
-        tree.SearchIncludes(text.constData(), root);
-        break;
-    case 5:
-        tree.SearchStyles(text.constData(), root);
-        break;
-    case 6:
-        tree.SearchSegmentReferences(text.constData(), root);
-        break;
-    case 7:
-        tree.SearchGeometryReferences(text.constData(), root);
-        break;
-    case 8:
-        tree.SearchDefinitions(text.constData(), root);
-        break;
-    case 9:
+    // The codes 1 to 8 are the tree's search kinds; "Keys" finds a key text.
+    using obsidra::scenetree::SearchKind;
+    if (m_searchTypeCode == static_cast<int>(SearchKind::Key))
         tree.FindAndSelectByKeyText(text.constData(), root);
-        break;
-    default:
+    else if (m_searchTypeCode >= static_cast<int>(SearchKind::Attribute) &&
+             m_searchTypeCode <= static_cast<int>(SearchKind::Definition))
+        tree.Search(static_cast<SearchKind>(m_searchTypeCode), text.toStdString(), root);
+    else
         return;
-    }
     // The first hit comes into sight and becomes the current row, so that its lines show.
     if (tree.GetRevealedNodes().empty()) return;
     auto* first = static_cast<WindowsTreeGraphItem*>(tree.GetRevealedNodes().front());

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -218,15 +219,31 @@ TEST_F(SegmentBrowserTest, CommandsReachTheTreeByIdAndCtrlClickFits) {
 }
 
 TEST_F(SegmentBrowserTest, ASearchRevealsAndSelectsItsHit) {
-    Control<QComboBox>(1554)->setCurrentText("Segment");
-    EXPECT_EQ(m_dialog->GetSearchTypeCode(), 3);
-    Control<QLineEdit>(1320)->setText("c2100");
-    QTest::mouseClick(Control<QPushButton>(1232), Qt::LeftButton);
-    QTreeWidgetItem* hit = Tree().currentItem();
-    ASSERT_NE(hit, nullptr);
-    EXPECT_EQ(hit->text(0), "c2100");
-    EXPECT_EQ(hit->parent()->text(0), "SEGMENTS 2001-2345");
-    EXPECT_TRUE(hit->data(0, Qt::BackgroundRole).isValid()) << "the hit is highlighted";
+    char partKey[32];
+    std::snprintf(partKey, sizeof partKey, "%llX", static_cast<unsigned long long>(m_part));
+    const struct {
+        const char* type;
+        int code;
+        std::string text;
+        const char* hit;
+        const char* parent;
+    } kCases[] = {
+        {"Segment", 3, "c2100", "c2100", "SEGMENTS 2001-2345"},
+        {"Keys", 9, partKey, "part", nullptr},
+    };
+    for (const auto& row : kCases) {
+        Control<QComboBox>(1554)->setCurrentText(row.type);
+        EXPECT_EQ(m_dialog->GetSearchTypeCode(), row.code);
+        Control<QLineEdit>(1320)->setText(QString::fromStdString(row.text));
+        QTest::mouseClick(Control<QPushButton>(1232), Qt::LeftButton);
+        QTreeWidgetItem* hit = Tree().currentItem();
+        ASSERT_NE(hit, nullptr) << row.type;
+        EXPECT_EQ(hit->text(0), row.hit);
+        if (row.parent) {
+            EXPECT_EQ(hit->parent()->text(0), row.parent);
+        }
+        EXPECT_TRUE(hit->data(0, Qt::BackgroundRole).isValid()) << "the hit is highlighted";
+    }
 
     Control<QComboBox>(1554)->setCurrentIndex(-1);
     EXPECT_EQ(m_dialog->GetSearchTypeCode(), 0);
