@@ -49,7 +49,6 @@ void CSegTreeCtrl::OnCommand(int commandId) {
 }
 
 void CSegTreeCtrl::RightClick(const QPoint& pos, Qt::KeyboardModifiers modifiers) {
-    m_currentNode = nullptr;
     const QPoint globalPos = viewport()->mapToGlobal(pos);
     QTreeWidgetItem* hit = itemAt(pos);
     m_currentNode = WindowsTreeGraphItem::FromHandle(hit ? hit : currentItem());
