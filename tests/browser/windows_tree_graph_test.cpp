@@ -1,9 +1,12 @@
 // The tree graph's widget view on its own: items mirrored one to one, and the widget's events
 // reaching the client with their meanings.
+#include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QTest>
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -115,22 +118,54 @@ TEST_F(WindowsTreeGraphTest, HighlightingLeavesTheSelectionWhereItIs) {
 }
 
 TEST_F(WindowsTreeGraphTest, ChildrenAreMadeOncePerExpansionTheUserAsksFor) {
-    TreeGraphItem* node = Root()->AddChild("node", 1, true);
-    node->SetHasChildren(true);
-    EXPECT_EQ(Handle(node)->childIndicatorPolicy(), QTreeWidgetItem::ShowIndicator)
-        << "the expander shows before any child exists";
+    const struct {
+        const char* how;
+        std::function<void(CSegTreeCtrl&, QTreeWidgetItem*)> expand;
+    } kWays[] = {
+        {"expander",
+         [](CSegTreeCtrl& tree, QTreeWidgetItem* item) {
+             const QRect row = tree.visualItemRect(item);
+             QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                               QPoint(row.left() - tree.indentation() / 2, row.center().y()));
+         }},
+        {"double-click",
+         [](CSegTreeCtrl& tree, QTreeWidgetItem* item) {
+             // What a mouse sends: a click, then the second press as a double-click.
+             const QPoint pos = tree.visualItemRect(item).center();
+             QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, pos);
+             QMouseEvent second(QEvent::MouseButtonDblClick, pos, tree.viewport()->mapToGlobal(pos),
+                                Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+             QApplication::sendEvent(tree.viewport(), &second);
+             QTest::mouseRelease(tree.viewport(), Qt::LeftButton, {}, pos);
+         }},
+        {"right arrow",
+         [](CSegTreeCtrl& tree, QTreeWidgetItem* item) {
+             tree.setCurrentItem(item);
+             QTest::keyClick(&tree, Qt::Key_Right);
+         }},
+    };
+    for (const auto& way : kWays) {
+        m_target.events.clear();
+        TreeGraphItem* node = Root()->AddChild(way.how, 1, false);
+        node->SetHasChildren(true);
+        EXPECT_EQ(Handle(node)->childIndicatorPolicy(), QTreeWidgetItem::ShowIndicator)
+            << "the expander shows before any child exists";
+        way.expand(*m_tree, Handle(node));
+        EXPECT_EQ(std::count(m_target.events.begin(), m_target.events.end(),
+                             std::string("expand ") + way.how),
+                  1)
+            << way.how;
+        EXPECT_EQ(Texts(Handle(node)), (std::vector<std::string>{"first", "second"})) << way.how;
+    }
 
-    m_tree->expandItem(Handle(node));
-    EXPECT_EQ(m_target.events, (std::vector<std::string>{"expand node"}));
-    EXPECT_EQ(Texts(Handle(node)), (std::vector<std::string>{"first", "second"}));
-
+    TreeGraphItem* node = Root()->GetFirstChild();
+    m_target.events.clear();
     node->Collapse();
     node->Expand();
     EXPECT_TRUE(node->IsExpanded());
-    EXPECT_EQ(m_target.events.size(), 1u) << "the model's own Expand and Collapse are not echoed";
-
+    EXPECT_TRUE(m_target.events.empty()) << "the model's own Expand and Collapse are not echoed";
     m_tree->collapseItem(Handle(node));
-    EXPECT_EQ(m_target.events.back(), "collapse node");
+    EXPECT_EQ(m_target.events.back(), std::string("collapse ") + node->GetLabel());
 }
 
 TEST_F(WindowsTreeGraphTest, AnExpansionThatFindsNothingDropsTheExpander) {
