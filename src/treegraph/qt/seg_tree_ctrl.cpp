@@ -1,5 +1,6 @@
 #include "treegraph/qt/seg_tree_ctrl.h"
 
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
@@ -13,6 +14,12 @@
 CSegTreeCtrl::CSegTreeCtrl(QWidget* parent) : QTreeWidget(parent) {
     setHeaderHidden(true);
     setColumnCount(1);
+    // Long labels (a reference's path, a geometry description) scroll sideways instead of being
+    // cut. The column is sized from the rows in sight: measuring a whole page of 1000 rows would
+    // triple the cost of opening it.
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setResizeContentsPrecision(0);
     setUniformRowHeights(true);
     setRootIsDecorated(true);
     setIconSize(QSize(16, 16));
