@@ -242,8 +242,14 @@ TEST_F(WindowsTreeGraphTest, MessagesGoToTheList) {
 }
 
 TEST_F(WindowsTreeGraphTest, TheModelOutlivesItsWidget) {
-    Root()->AddChild("a", 1, true)->AddChild("b", 2, true);
+    TreeGraphItem* a = Root()->AddChild("a", 1, true);
+    a->AddChild("b", 2, true);
     m_tree.reset();
+    a->SetLabel("still a");
+    a->SetHighlighted(true);
+    a->Expand();
+    EXPECT_FALSE(a->EditLabel());
+    EXPECT_STREQ(a->GetLabel(), "still a");
     m_graph->Reset();
     EXPECT_EQ(m_graph->GetRoot()->GetChildCount(), 0u);
 }

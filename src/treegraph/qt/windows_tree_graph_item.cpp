@@ -44,9 +44,14 @@ WindowsTreeGraph* WindowsTreeGraphItem::View() const {
 }
 
 QTreeWidgetItem* WindowsTreeGraphItem::GetHandle() const {
-    if (m_handle) return m_handle;
     CSegTreeCtrl* tree = View()->GetTreeControl();
-    return tree && View()->GetRoot() == this ? tree->invisibleRootItem() : nullptr;
+    if (!tree) return nullptr;
+    if (m_handle) return m_handle;
+    return View()->GetRoot() == this ? tree->invisibleRootItem() : nullptr;
+}
+
+QTreeWidgetItem* WindowsTreeGraphItem::Shown() const {
+    return View()->GetTreeControl() ? m_handle : nullptr;
 }
 
 WindowsTreeGraphItem* WindowsTreeGraphItem::FromHandle(const QTreeWidgetItem* handle) {
@@ -102,10 +107,11 @@ TreeGraphItem* WindowsTreeGraphItem::AddSibling(const char* label, TreeGraphKey 
 }
 
 void WindowsTreeGraphItem::SetHasChildren(bool hasChildren) {
-    if (m_handle)
-        m_handle->setChildIndicatorPolicy(hasChildren
-                                              ? QTreeWidgetItem::ShowIndicator
-                                              : QTreeWidgetItem::DontShowIndicatorWhenChildless);
+    QTreeWidgetItem* handle = Shown();
+    if (handle)
+        handle->setChildIndicatorPolicy(hasChildren
+                                            ? QTreeWidgetItem::ShowIndicator
+                                            : QTreeWidgetItem::DontShowIndicatorWhenChildless);
     if (hasChildren) return;
     TreeGraphChildList& children = GetChildren();
     for (TreeGraphItem* child = children.Rewind(); child; child = children.Advance())
@@ -113,55 +119,60 @@ void WindowsTreeGraphItem::SetHasChildren(bool hasChildren) {
 }
 
 void WindowsTreeGraphItem::SetBold(bool bold) {
-    if (!m_handle || m_handle->font(0).bold() == bold) return;
-    QFont font = m_handle->font(0);
+    QTreeWidgetItem* handle = Shown();
+    if (!handle || handle->font(0).bold() == bold) return;
+    QFont font = handle->font(0);
     font.setBold(bold);
-    m_handle->setFont(0, font);
+    handle->setFont(0, font);
 }
 
 void WindowsTreeGraphItem::SetHighlighted(bool highlighted) {
-    if (!m_handle || m_handle->data(0, kHighlightedRole).toBool() == highlighted) return;
-    m_handle->setData(0, kHighlightedRole, highlighted);
-    m_handle->setData(0, Qt::BackgroundRole,
-                      highlighted ? QVariant(QBrush(kHighlightBackground)) : QVariant());
+    QTreeWidgetItem* handle = Shown();
+    if (!handle || handle->data(0, kHighlightedRole).toBool() == highlighted) return;
+    handle->setData(0, kHighlightedRole, highlighted);
+    handle->setData(0, Qt::BackgroundRole,
+                    highlighted ? QVariant(QBrush(kHighlightBackground)) : QVariant());
 }
 
 void WindowsTreeGraphItem::SetStateImage(int index) {
-    CSegTreeCtrl* tree = View()->GetTreeControl();
-    if (!m_handle || !tree) return;
+    QTreeWidgetItem* handle = Shown();
+    if (!handle) return;
     index &= 0xF;
-    m_handle->setData(0, kStateImageRole, index);
-    m_handle->setIcon(0, tree->GetStateImage(index));
+    handle->setData(0, kStateImageRole, index);
+    handle->setIcon(0, View()->GetTreeControl()->GetStateImage(index));
 }
 
 bool WindowsTreeGraphItem::IsExpanded() const {
     if (View()->GetRoot() == this) return true;
-    return m_handle && m_handle->isExpanded();
+    QTreeWidgetItem* handle = Shown();
+    return handle && handle->isExpanded();
 }
 
 void WindowsTreeGraphItem::SetLabel(const char* label) {
-    if (m_handle) m_handle->setText(0, QString::fromUtf8(label ? label : ""));
+    QTreeWidgetItem* handle = Shown();
+    if (handle) handle->setText(0, QString::fromUtf8(label ? label : ""));
     TreeGraphItem::SetLabel(label);
 }
 
 void WindowsTreeGraphItem::Expand() {
-    if (m_handle) {
+    QTreeWidgetItem* handle = Shown();
+    if (handle) {
         WindowsTreeGraph::Quiet quiet(View());
-        m_handle->setExpanded(true);
+        handle->setExpanded(true);
     }
     TreeGraphItem::Expand();
 }
 
 void WindowsTreeGraphItem::Collapse() {
-    if (m_handle) {
+    QTreeWidgetItem* handle = Shown();
+    if (handle) {
         WindowsTreeGraph::Quiet quiet(View());
-        m_handle->setExpanded(false);
+        handle->setExpanded(false);
     }
     TreeGraphItem::Collapse();
 }
 
 bool WindowsTreeGraphItem::EditLabel() {
-    CSegTreeCtrl* tree = View()->GetTreeControl();
-    if (!m_handle || !tree) return false;
-    return tree->EditLabel(m_handle);
+    QTreeWidgetItem* handle = Shown();
+    return handle && View()->GetTreeControl()->EditLabel(handle);
 }

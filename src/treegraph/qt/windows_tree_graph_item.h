@@ -36,6 +36,8 @@ public:
 
 private:
     WindowsTreeGraph* View() const;
+    // The widget item while the tree exists, else null.
+    QTreeWidgetItem* Shown() const;
     // Makes the widget item of this new item as the index-th child of parentHandle.
     void MakeHandle(QTreeWidgetItem* parentHandle, int index, bool hasChildren);
 
