@@ -155,21 +155,21 @@ void WindowsTreeGraphItem::SetLabel(const char* label) {
 }
 
 void WindowsTreeGraphItem::Expand() {
-    QTreeWidgetItem* handle = Shown();
-    if (handle) {
-        WindowsTreeGraph::Quiet quiet(View());
-        handle->setExpanded(true);
-    }
+    ShowExpanded(true);
     TreeGraphItem::Expand();
 }
 
 void WindowsTreeGraphItem::Collapse() {
-    QTreeWidgetItem* handle = Shown();
-    if (handle) {
-        WindowsTreeGraph::Quiet quiet(View());
-        handle->setExpanded(false);
-    }
+    ShowExpanded(false);
     TreeGraphItem::Collapse();
+}
+
+// The model's own expanding is not reported back to it.
+void WindowsTreeGraphItem::ShowExpanded(bool expanded) {
+    if (QTreeWidgetItem* handle = Shown()) {
+        WindowsTreeGraph::Quiet quiet(View());
+        handle->setExpanded(expanded);
+    }
 }
 
 bool WindowsTreeGraphItem::EditLabel() {

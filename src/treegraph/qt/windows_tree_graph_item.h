@@ -38,6 +38,7 @@ private:
     WindowsTreeGraph* View() const;
     // The widget item while the tree exists, else null.
     QTreeWidgetItem* Shown() const;
+    void ShowExpanded(bool expanded);
     // Makes the widget item of this new item as the index-th child of parentHandle.
     void MakeHandle(QTreeWidgetItem* parentHandle, int index, bool hasChildren);
 
