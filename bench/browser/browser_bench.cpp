@@ -1,0 +1,136 @@
+// The segment browser with its real widget (offscreen) over a model of many subsegments: what a
+// person waits for when opening the dialog, expanding the top node and a page, and searching.
+// --segments=N sets the model's size (a million by default).
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <obsidra/hc.h>
+
+#include "browser/segment_browser_dlg.h"
+#include "mvo/base_model.h"
+#include "mvo/base_view.h"
+
+namespace {
+
+int g_segments = 1000000;
+
+// One scene per process: the model holds "part 0" ... each with one triangle.
+struct Scene {
+    Scene() {
+        HC_Reset_System();
+        model = std::make_unique<HBaseModel>();
+        view = std::make_unique<HBaseView>(model.get());
+        HC_POINT points[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+        int faces[] = {3, 0, 1, 2};
+        HC_Open_Segment_By_Key(model->GetModelKey());
+        for (int i = 0; i < g_segments; ++i) {
+            HC_Open_Segment(("part " + std::to_string(i)).c_str());
+            HC_Insert_Shell(3, points, 4, faces);
+            HC_Close_Segment();
+        }
+        HC_Close_Segment();
+    }
+    std::unique_ptr<HBaseModel> model;
+    std::unique_ptr<HBaseView> view;
+};
+
+Scene& TheScene() {
+    static Scene scene;
+    return scene;
+}
+
+QTreeWidgetItem* Top(CSegmentBrowserDlg& dialog) {
+    return dialog.Tree()->topLevelItem(0);
+}
+
+void BM_OpenDialogWithTopNode(benchmark::State& state) {
+    Scene& scene = TheScene();
+    for (auto _ : state) {
+        CSegmentBrowserDlg dialog(nullptr, scene.view.get());
+        dialog.show();
+        QApplication::processEvents();
+        benchmark::DoNotOptimize(Top(dialog));
+    }
+}
+BENCHMARK(BM_OpenDialogWithTopNode)->Unit(benchmark::kMillisecond);
+
+void BM_ExpandTopNodeIntoPages(benchmark::State& state) {
+    Scene& scene = TheScene();
+    CSegmentBrowserDlg dialog(nullptr, scene.view.get());
+    dialog.show();
+    for (auto _ : state) {
+        state.PauseTiming();
+        dialog.Rebuild();
+        QApplication::processEvents();
+        state.ResumeTiming();
+        dialog.Tree()->expandItem(Top(dialog));
+        QApplication::processEvents();
+    }
+    state.counters["pages"] = Top(dialog)->childCount();
+}
+BENCHMARK(BM_ExpandTopNodeIntoPages)->Unit(benchmark::kMillisecond);
+
+// The middle page is the farthest from both ends of the subsegment list.
+void BM_ExpandPage(benchmark::State& state) {
+    Scene& scene = TheScene();
+    CSegmentBrowserDlg dialog(nullptr, scene.view.get());
+    dialog.show();
+    dialog.Tree()->expandItem(Top(dialog));
+    QTreeWidgetItem* page = Top(dialog)->child(Top(dialog)->childCount() / 2);
+    for (auto _ : state) {
+        state.PauseTiming();
+        dialog.Tree()->collapseItem(page);
+        QApplication::processEvents();
+        state.ResumeTiming();
+        dialog.Tree()->expandItem(page);
+        QApplication::processEvents();
+    }
+    state.counters["nodes"] = page->childCount();
+}
+BENCHMARK(BM_ExpandPage)->Unit(benchmark::kMillisecond);
+
+// The last part's name is found once, in the last page, which the search opens.
+void BM_SegmentSearchOneHit(benchmark::State& state) {
+    Scene& scene = TheScene();
+    CSegmentBrowserDlg dialog(nullptr, scene.view.get());
+    dialog.show();
+    static_cast<QComboBox*>(dialog.Control(1554))->setCurrentText("Segment");
+    static_cast<QLineEdit*>(dialog.Control(1320))
+        ->setText(QString::fromStdString("part " + std::to_string(g_segments - 1)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        dialog.Rebuild();
+        QApplication::processEvents();
+        state.ResumeTiming();
+        dialog.Search();
+        QApplication::processEvents();
+    }
+    state.counters["current"] = dialog.Tree()->currentItem() ? 1 : 0;
+}
+BENCHMARK(BM_SegmentSearchOneHit)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i)
+        if (!std::strncmp(argv[i], "--segments=", 11)) {
+            g_segments = std::atoi(argv[i] + 11);
+            for (int j = i; j + 1 < argc; ++j)
+                argv[j] = argv[j + 1];
+            --argc;
+            break;
+        }
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

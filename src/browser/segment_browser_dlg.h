@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+#include <functional>
+#include <memory>
+
+#include <obsidra/hc.h>
+
+#include "scenetree/notifier.h"
+#include "treegraph/qt/seg_tree_ctrl.h"
+#include "treegraph/qt/windows_tree_graph.h"
+
+class HBaseView;
+class HoopsSegmentTree;
+class QMenu;
+
+// The segment browser: a modeless dialog that shows the scene of the host's view as a tree,
+// the selected node's information lines, and the search and locate rows. It is itself the tree
+// graph the segment tree fills. Every control carries its numeric id in the property
+// "controlId"; closing only hides the dialog.
+class CSegmentBrowserDlg : public QDialog, public WindowsTreeGraph {
+    Q_OBJECT
+
+public:
+    // Shows one text to the user and returns when the user has read it.
+    using MessageBox = std::function<void(const QString& text)>;
+
+    CSegmentBrowserDlg(QWidget* parent, HBaseView* view);
+    ~CSegmentBrowserDlg() override;
+
+    // The control of that id, or null.
+    QWidget* Control(int controlId) const;
+    CSegTreeCtrl* Tree() const { return GetTreeControl(); }
+    HoopsSegmentTree* GetTreeModel() const { return m_model.get(); }
+    HBaseView* GetView() const { return m_view; }
+    HC_KEY GetRootKey() const { return m_rootKey; }
+    bool IsReady() const { return m_ready; }
+    int GetSearchTypeCode() const { return m_searchTypeCode; }
+    const QString& GetLocateResult() const { return m_locateResult; }
+    // Tests replace the message box so that nothing waits for a click.
+    void SetMessageBox(MessageBox messageBox) { m_messageBox = std::move(messageBox); }
+
+    int StateImageFor(const TreeGraphItem& item) const override;
+
+    // What the controls do, also reachable without a click.
+    void Rebuild();
+    void ShowBoundings();
+    void Search();
+    void LocateShell();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    class Notifier : public SegmentTreeNotifier {
+    public:
+        explicit Notifier(CSegmentBrowserDlg* dialog) : m_dialog(dialog) {}
+        void ShowMessage(const char* text) override;
+
+    private:
+        CSegmentBrowserDlg* m_dialog;
+    };
+
+    void CreateControls();
+    void OnSearchTypeChanged();
+    std::unique_ptr<QMenu> ContextMenuFor(const CSegTreeCtrl::ContextRequest& request);
+    void FitToNode(TreeGraphItem* node);
+    void OnCommand(int commandId);
+    void ShowMessage(const QString& text);
+
+    HBaseView* m_view;
+    HC_KEY m_rootKey = -1;
+    Notifier m_notifier{this};
+    std::unique_ptr<HoopsSegmentTree> m_model;
+    MessageBox m_messageBox;
+    QString m_locateResult;
+    int m_searchTypeCode = 1;
+    bool m_ready = false;
+};
