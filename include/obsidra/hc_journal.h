@@ -31,8 +31,8 @@ typedef enum {
     HC_CHANGE_ATTRIBUTES,          /* an attribute of the object was set or unset */
     HC_CHANGE_GEOMETRY,            /* a geometry item was inserted or edited */
     HC_CHANGE_DEFINITIONS,         /* the segment's definitions (textures, styles...) changed */
-    HC_CHANGE_LINKS,               /* an include, style, named style or reference was made or aimed */
-    HC_CHANGE_KEYS                 /* the object was renumbered */
+    HC_CHANGE_LINKS, /* an include, style, named style or reference was made or aimed */
+    HC_CHANGE_KEYS   /* the object was renumbered */
 } HC_CHANGE_KIND;
 
 typedef struct {

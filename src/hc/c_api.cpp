@@ -175,7 +175,8 @@ void HC_Rename_Segment(const char* oldName, const char* newName) {
 void HC_Move_By_Key(HC_KEY key, const char* newOwner) {
     HC_API(HC_Move_By_Key);
     Database& db = Current();
-    if (Slot slot = CurrentSession().Require(key); slot != kNoSlot) db.MoveObject(slot, CurrentSession().CurrentSegment(), Text(newOwner));
+    if (Slot slot = CurrentSession().Require(key); slot != kNoSlot)
+        db.MoveObject(slot, CurrentSession().CurrentSegment(), Text(newOwner));
 }
 
 void HC_Copy_Segment(const char* oldName, const char* newName) {
@@ -290,7 +291,8 @@ void HC_End_Segment_Search(void) {
 int HC_Show_Existence(const char* filter) {
     HC_API(HC_Show_Existence);
     Database& db = Current();
-    if (ToLower(Trim(Text(filter))) == "self") return db.GetSegment(CurrentSession().CurrentSegment()) ? 1 : 0;
+    if (ToLower(Trim(Text(filter))) == "self")
+        return db.GetSegment(CurrentSession().CurrentSegment()) ? 1 : 0;
     Filter parsed = Filter::ParseOrReport(Text(filter));
     // An open geometry item answers for its own attributes, the current segment otherwise.
     Slot target = CurrentSession().AttributeTarget();

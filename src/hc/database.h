@@ -208,9 +208,7 @@ private:
     void UpdateStaticModel(Slot segment);
     // Whether the object had a renumbered key to forget.
     bool ForgetKey(Slot slot);
-    void Note(Slot slot, ChangeKind kind) {
-        m_journal.Record({slot, OwnerSegment(slot), kind});
-    }
+    void Note(Slot slot, ChangeKind kind) { m_journal.Record({slot, OwnerSegment(slot), kind}); }
     // Calls visit(Found) for each item of one segment that passes the filter, in contents order,
     // until it returns false.
     template <typename Visit>

@@ -63,7 +63,8 @@ private:
     };
 
     bool Holds(HC_REVISION since) const {
-        return since >= m_floor && since <= m_revision && m_revision - since <= HC_REVISION(kHistory);
+        return since >= m_floor && since <= m_revision &&
+               m_revision - since <= HC_REVISION(kHistory);
     }
     HC_CHANGE At(HC_REVISION revision) const; // revision: 1 for the first change
     void PublishPending();

@@ -132,7 +132,8 @@ void Session::EndContentsSearch() {
     if (Innermost(m_searches, "contents")) m_searches.pop_back();
 }
 
-// --- Segment, name and open-item searches ----------------------------------------------------------
+// --- Segment, name and open-item searches
+// ----------------------------------------------------------
 
 void Session::BeginSegmentSearch(std::string_view pattern) {
     m_segmentSearches.push_back({ResolvePattern(pattern), 0});

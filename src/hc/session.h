@@ -43,9 +43,9 @@ public:
     // The open items, innermost first.
     std::vector<Slot> OpenItems() const;
 
-    // --- Paths relative to the current segment ----------------------------------------------------
-    // With create, missing levels are made and "" makes a new nameless child. Reports and returns
-    // kNoSlot on a bad path.
+    // --- Paths relative to the current segment
+    // ---------------------------------------------------- With create, missing levels are made and
+    // "" makes a new nameless child. Reports and returns kNoSlot on a bad path.
     Slot ResolvePath(std::string_view path, bool create) {
         return m_db.ResolvePathFrom(CurrentSegment(), path, create);
     }

@@ -84,7 +84,9 @@ TEST_F(Journal, EveryKindOfEditIsRecordedWithItsKeyAndNoOpsAreNot) {
              HC_Rename_Segment("/a/b", "/a/bb");
              return HC_KEY(0);
          },
-         [](const Scene& s, HC_KEY) { return std::vector<Seen>{{s.b, s.a, HC_CHANGE_MOVED}}; }},
+         [](const Scene& s, HC_KEY) {
+             return std::vector<Seen>{{s.b, s.a, HC_CHANGE_MOVED}};
+         }},
         {"move an item",
          [](const Scene& s) {
              HC_Move_By_Key(s.shell, "/lib");

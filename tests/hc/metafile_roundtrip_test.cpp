@@ -3,9 +3,9 @@
 #include <sstream>
 
 #include "hc/database.h"
-#include "hc/session.h"
 #include "hc/geometry_data.h"
 #include "hc/metafile.h"
+#include "hc/session.h"
 #include "hc_test.h"
 
 namespace {
@@ -195,7 +195,8 @@ TEST_F(MetafileRoundTrip, RandomScenesReadBackTheSame) {
         HC_Create_Segment("/styles/a");
         std::string error;
         hc::Database& db = hc::Current();
-        ASSERT_TRUE(hc::LoadMetafileText(db, text, hc::CurrentSession().ResolvePath("/scene", true), error))
+        ASSERT_TRUE(
+            hc::LoadMetafileText(db, text, hc::CurrentSession().ResolvePath("/scene", true), error))
             << "seed " << seed << ": " << error;
         EXPECT_EQ(Save("/scene"), text) << "seed " << seed;
         EXPECT_EQ(Census("/scene"), census) << "seed " << seed;
@@ -229,7 +230,9 @@ TEST_F(MetafileRoundTrip, OptionsFollowIncludesOutsideAndSaveTextures) {
 
     HC_Reset_System();
     std::string error;
-    ASSERT_TRUE(hc::LoadMetafileText(db, full, hc::CurrentSession().ResolvePath("/copy", true), error)) << error;
+    ASSERT_TRUE(
+        hc::LoadMetafileText(db, full, hc::CurrentSession().ResolvePath("/copy", true), error))
+        << error;
     HC_Open_Segment("/outside");
     EXPECT_EQ(List("...", "shells, markers").size(), 2u);
     HC_Close_Segment();

@@ -2,8 +2,8 @@
 #include <filesystem>
 
 #include "hc/database.h"
-#include "hc/session.h"
 #include "hc/metafile.h"
+#include "hc/session.h"
 #include "hc_test.h"
 
 namespace {
@@ -67,7 +67,9 @@ TEST_F(Metafiles, ContentsInsideTheSavedSegmentMoveWithIt) {
     std::string text = Dump("/scene");
     std::string error;
     hc::Database& db = hc::Current();
-    ASSERT_TRUE(hc::LoadMetafileText(db, text, hc::CurrentSession().ResolvePath("/copy", true), error)) << error;
+    ASSERT_TRUE(
+        hc::LoadMetafileText(db, text, hc::CurrentSession().ResolvePath("/copy", true), error))
+        << error;
     char path[HC_TEXT_MAX];
     HC_Open_Segment("/copy/instances");
     HC_Begin_Contents_Search(".", "include");
@@ -130,7 +132,9 @@ TEST_F(Metafiles, DeepNestingNeitherOverflowsTheStackNorFails) {
     HC_Open_Segment("/");
     EXPECT_EQ(List("...", "markers").size(), 1u);
     HC_Close_Segment();
-    EXPECT_EQ(hc::LoadMetafileText(db, Dump("/"), hc::CurrentSession().ResolvePath("/again", true), error), true);
+    EXPECT_EQ(hc::LoadMetafileText(db, Dump("/"), hc::CurrentSession().ResolvePath("/again", true),
+                                   error),
+              true);
 }
 
 } // namespace
