@@ -1,5 +1,5 @@
 // The HC_ functions: thin wrappers that name themselves for error reports and forward to the
-// process-wide database.
+// process-wide database and the session over it.
 #include "hc/api_support.h"
 #include "hc/metafile.h"
 

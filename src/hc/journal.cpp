@@ -64,10 +64,11 @@ void Journal::PublishPending() {
     }
     const int count = changes.empty() ? -1 : int(changes.size());
     // A listener may define or undefine listeners, or change the scene (which is published
-    // after it returns): it is told from copies.
+    // after it returns): it is told from copies, and one undefined meanwhile is not told.
     const std::vector<Listener> listeners = m_listeners;
     for (const Listener& listener : listeners)
-        listener.function(changes.empty() ? nullptr : changes.data(), count, listener.user);
+        if (std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end())
+            listener.function(changes.empty() ? nullptr : changes.data(), count, listener.user);
 }
 
 } // namespace hc
