@@ -1,4 +1,5 @@
-// The scene database at scale: building, key lookup, contents searches and subtree walks.
+// The scene database at scale: building, key lookup, contents searches and subtree walks, and
+// what the change journal costs them.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstring>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include <obsidra/hc.h>
+#include <obsidra/hc_journal.h>
 
 #include "hc/database.h"
 #include "hc/metafile.h"
@@ -218,5 +220,47 @@ void BM_MetafileReadMillionSegments(benchmark::State& state) {
     HC_Reset_System();
 }
 BENCHMARK(BM_MetafileReadMillionSegments)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The change journal's cost: the same work with no listener (/0, the journal only records) and
+// with one that hears every call (/1).
+void CountChanges(const HC_CHANGE*, int count, void* user) {
+    *static_cast<long*>(user) += count;
+}
+
+void ListenIf(benchmark::State& state, long& heard) {
+    if (state.range(0)) HC_Define_Change_Listener(&CountChanges, &heard);
+}
+
+void BM_JournalMillionSegmentBuild(benchmark::State& state) {
+    long heard = 0;
+    ListenIf(state, heard);
+    for (auto _ : state) {
+        state.PauseTiming();
+        HC_Reset_System();
+        state.ResumeTiming();
+        BuildFlat(1000000);
+    }
+    HC_UnDefine_Change_Listener(&CountChanges, &heard);
+    state.counters["heard"] = static_cast<double>(heard);
+    HC_Reset_System();
+}
+BENCHMARK(BM_JournalMillionSegmentBuild)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_JournalColourSets(benchmark::State& state) {
+    const int n = 100000;
+    HC_Reset_System();
+    long heard = 0;
+    ListenIf(state, heard);
+    HC_Open_Segment("/coloured");
+    for (auto _ : state) {
+        for (int i = 0; i < n; ++i)
+            HC_Set_Color(i % 2 ? "faces=red" : "faces=blue");
+    }
+    HC_Close_Segment();
+    HC_UnDefine_Change_Listener(&CountChanges, &heard);
+    state.SetItemsProcessed(state.iterations() * n);
+    HC_Reset_System();
+}
+BENCHMARK(BM_JournalColourSets)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -9,10 +9,31 @@
 
 #include "hc/database.h"
 #include "hc/error.h"
+#include "hc/session.h"
 #include "hc/text.h"
 
-// Names the function for the error reports of one call.
-#define HC_API(name) ::hc::ApiScope apiScope(#name)
+namespace hc {
+
+// Publishes what one HC_ call changed to the journal's listeners once the call is over: nested
+// calls (a call made by the database on the caller's behalf) wait for the outermost one.
+class ChangeScope {
+public:
+    ChangeScope() { ++s_depth; }
+    ~ChangeScope();
+    ChangeScope(const ChangeScope&) = delete;
+    ChangeScope& operator=(const ChangeScope&) = delete;
+
+private:
+    static inline int s_depth = 0;
+};
+
+} // namespace hc
+
+// Names the function for the error reports of one call, and publishes its changes after it
+// (the error scope is closed by then: a listener's own calls are named for themselves).
+#define HC_API(name)                                                                               \
+    ::hc::ChangeScope changeScope;                                                                 \
+    ::hc::ApiScope apiScope(#name)
 
 namespace hc::api {
 
@@ -31,8 +52,7 @@ inline HC_POINT Point(double x, double y, double z) {
 
 // The live object of a key, reported when the key is dead.
 inline Object* ObjectOf(HC_KEY key) {
-    Database& db = Current();
-    return db.Get(db.Require(key));
+    return Current().Get(CurrentSession().Require(key));
 }
 
 // A geometry item of one kind, reported when the key names something else.
@@ -45,7 +65,7 @@ inline Geometry* GeometryOf(HC_KEY key, ContentKind type) {
 }
 
 inline Slot CurrentSegmentOrReport() {
-    Slot segment = Current().CurrentSegment();
+    Slot segment = CurrentSession().CurrentSegment();
     if (segment == kNoSlot) ReportError("the open segment no longer exists");
     return segment;
 }

@@ -15,7 +15,7 @@ namespace {
 
 // The open item that attribute calls work on, kNoSlot (reported) when it was deleted.
 Slot Target() {
-    return Current().AttributeTarget();
+    return CurrentSession().AttributeTarget();
 }
 
 std::string Word(ContentKind kind) {
@@ -45,11 +45,11 @@ std::vector<const Attribute*> Net(int keyCount, const HC_KEY* keys, ContentKind 
         ReportError("bad key path");
         return chain;
     }
-    Slot start = keyCount == 0 ? Target() : db.Require(keys[0]);
+    Slot start = keyCount == 0 ? Target() : CurrentSession().Require(keys[0]);
     if (start == kNoSlot) return chain;
     std::vector<Slot> includes;
     for (int i = 1; i < keyCount; ++i)
-        includes.push_back(db.Require(keys[i]));
+        includes.push_back(CurrentSession().Require(keys[i]));
     chain = db.NetChain(db.NetPath(start, includes), kind);
     if (chain.empty() && reportNone) ReportError("no " + Word(kind) + " is in effect here");
     return chain;

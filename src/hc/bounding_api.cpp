@@ -18,7 +18,7 @@ bool SphereOf(HC_KEY key, HC_POINT& center, float& radius) {
 }
 
 Box BoxOf(HC_KEY key) {
-    Slot slot = Current().Require(key);
+    Slot slot = CurrentSession().Require(key);
     return slot == kNoSlot ? Box{} : Current().ObjectBounds(slot);
 }
 
@@ -63,7 +63,7 @@ void HC_Show_Bounding_Sphere_By_Key(HC_KEY key, HC_POINT* center, float* radius)
 
 bool HC_Compute_Circumcuboid(const char* segment, HC_POINT* min, HC_POINT* max) {
     HC_API(HC_Compute_Circumcuboid);
-    Slot slot = Current().ResolvePath(Text(segment), false);
+    Slot slot = CurrentSession().ResolvePath(Text(segment), false);
     Box box = slot == kNoSlot ? Box{} : Current().SegmentBounds(slot);
     Put(min, box.min);
     Put(max, box.max);

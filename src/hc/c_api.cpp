@@ -1,5 +1,5 @@
 // The HC_ functions: thin wrappers that name themselves for error reports and forward to the
-// process-wide database.
+// process-wide database and the session over it.
 #include "hc/api_support.h"
 #include "hc/metafile.h"
 
@@ -21,7 +21,7 @@ void CopyPathname(const Database& db, Slot segment, char* buffer) {
 
 Link* LinkOf(HC_KEY key, ContentKind type) {
     Database& db = Current();
-    Slot slot = db.Require(key);
+    Slot slot = CurrentSession().Require(key);
     Object* object = db.Get(slot);
     if (object && object->kind == ObjectKind::Link && object->type == type)
         return static_cast<Link*>(object);
@@ -33,7 +33,7 @@ Link* LinkOf(HC_KEY key, ContentKind type) {
 // item, everything else goes into the current segment.
 Slot LinkOwner(ContentKind type) {
     Database& db = Current();
-    Slot target = db.AttributeTarget();
+    Slot target = CurrentSession().AttributeTarget();
     Object* object = db.Get(target);
     if (type == ContentKind::Reference && object && object->kind != ObjectKind::Segment)
         return target;
@@ -42,7 +42,7 @@ Slot LinkOwner(ContentKind type) {
 
 HC_KEY AddLinkByPath(ContentKind type, const char* segment, const char* condition) {
     Database& db = Current();
-    Slot target = db.ResolvePath(Text(segment), true);
+    Slot target = CurrentSession().ResolvePath(Text(segment), true);
     if (target == kNoSlot) return 0;
     return KeyOrZero(db.AddLink(LinkOwner(type), type, target, Text(condition)));
 }
@@ -50,7 +50,7 @@ HC_KEY AddLinkByPath(ContentKind type, const char* segment, const char* conditio
 HC_KEY AddLinkByKey(ContentKind type, HC_KEY key, const char* condition,
                     const char* filter = nullptr) {
     Database& db = Current();
-    Slot target = db.Require(key);
+    Slot target = CurrentSession().Require(key);
     if (target == kNoSlot) return 0;
     Object* object = db.Get(target);
     bool segment = object->kind == ObjectKind::Segment;
@@ -98,7 +98,7 @@ namespace {
 // A segment's reference items; a geometry item's attached references; a reference's target.
 std::vector<Slot> ReferenceKeys(HC_KEY key) {
     Database& db = Current();
-    Object* object = db.Get(db.Require(key));
+    Object* object = db.Get(CurrentSession().Require(key));
     std::vector<Slot> slots;
     if (!object) return slots;
     if (object->kind == ObjectKind::Segment) {
@@ -127,69 +127,72 @@ void HC_Define_Error_Handler(HC_ERROR_HANDLER handler) {
 }
 
 void HC_Reset_System(void) {
+    ChangeScope changeScope;
     Current().Reset();
+    CurrentSession().Reset();
 }
 
 // --- Segments ------------------------------------------------------------------------------------
 
 HC_KEY HC_Open_Segment(const char* segment) {
     HC_API(HC_Open_Segment);
-    return KeyOrZero(Current().OpenSegment(Text(segment)));
+    return KeyOrZero(CurrentSession().OpenSegment(Text(segment)));
 }
 
 void HC_Open_Segment_By_Key(HC_KEY key) {
     HC_API(HC_Open_Segment_By_Key);
-    Current().OpenSegmentByKey(key);
+    CurrentSession().OpenSegmentByKey(key);
 }
 
 void HC_Close_Segment(void) {
     HC_API(HC_Close_Segment);
-    Current().CloseSegment();
+    CurrentSession().CloseSegment();
 }
 
 HC_KEY HC_Create_Segment(const char* segment) {
     HC_API(HC_Create_Segment);
-    return KeyOrZero(Current().ResolvePath(Text(segment), true));
+    return KeyOrZero(CurrentSession().ResolvePath(Text(segment), true));
 }
 
 void HC_Delete_Segment(const char* segment) {
     HC_API(HC_Delete_Segment);
     Database& db = Current();
-    for (Slot slot : db.ResolvePattern(Text(segment)))
+    for (Slot slot : CurrentSession().ResolvePattern(Text(segment)))
         db.DeleteObject(slot);
 }
 
 void HC_Delete_By_Key(HC_KEY key) {
     HC_API(HC_Delete_By_Key);
     Database& db = Current();
-    if (Slot slot = db.Require(key); slot != kNoSlot) db.DeleteObject(slot);
+    if (Slot slot = CurrentSession().Require(key); slot != kNoSlot) db.DeleteObject(slot);
 }
 
 void HC_Rename_Segment(const char* oldName, const char* newName) {
     HC_API(HC_Rename_Segment);
-    Current().RenameSegment(Text(oldName), Text(newName));
+    Current().RenameSegment(CurrentSession().CurrentSegment(), Text(oldName), Text(newName));
 }
 
 void HC_Move_By_Key(HC_KEY key, const char* newOwner) {
     HC_API(HC_Move_By_Key);
     Database& db = Current();
-    if (Slot slot = db.Require(key); slot != kNoSlot) db.MoveObject(slot, Text(newOwner));
+    if (Slot slot = CurrentSession().Require(key); slot != kNoSlot)
+        db.MoveObject(slot, CurrentSession().CurrentSegment(), Text(newOwner));
 }
 
 void HC_Copy_Segment(const char* oldName, const char* newName) {
     HC_API(HC_Copy_Segment);
-    Current().CopySegment(Text(oldName), Text(newName));
+    Current().CopySegment(CurrentSession().CurrentSegment(), Text(oldName), Text(newName));
 }
 
 void HC_Flush_Contents(const char* segment, const char* filter) {
     HC_API(HC_Flush_Contents);
-    Current().FlushContents(Text(segment), Text(filter));
+    Current().FlushContents(CurrentSession().CurrentSegment(), Text(segment), Text(filter));
 }
 
 void HC_Show_Segment(HC_KEY key, char* pathname) {
     HC_API(HC_Show_Segment);
     Database& db = Current();
-    Slot slot = db.Require(key);
+    Slot slot = CurrentSession().Require(key);
     if (slot != kNoSlot && !db.GetSegment(slot)) slot = db.OwnerSegment(slot);
     CopyPathname(db, slot, pathname);
 }
@@ -199,20 +202,20 @@ void HC_Show_Segment(HC_KEY key, char* pathname) {
 void HC_Show_Key_Type(HC_KEY key, char* type) {
     HC_API(HC_Show_Key_Type);
     Database& db = Current();
-    Object* object = db.Get(db.Require(key));
+    Object* object = db.Get(CurrentSession().Require(key));
     CopyOut(object ? TypeWord(object->type) : std::string_view(), type);
 }
 
 HC_KEY HC_Show_Original_Key(HC_KEY key) {
     HC_API(HC_Show_Original_Key);
-    Slot slot = Current().Require(key);
+    Slot slot = CurrentSession().Require(key);
     return slot == kNoSlot ? 0 : OriginalKey(slot);
 }
 
 HC_KEY HC_Show_Owner_By_Key(HC_KEY key, char* ownerPathname) {
     HC_API(HC_Show_Owner_By_Key);
     Database& db = Current();
-    Slot slot = db.Require(key);
+    Slot slot = CurrentSession().Require(key);
     Slot owner = db.OwnerSegment(slot);
     if (slot != kNoSlot && owner == kNoSlot) ReportError("the root segment has no owner");
     CopyOut(owner == kNoSlot ? std::string() : db.Pathname(owner), ownerPathname);
@@ -222,7 +225,7 @@ HC_KEY HC_Show_Owner_By_Key(HC_KEY key, char* ownerPathname) {
 HC_KEY HC_Show_Owner_Original_Key(HC_KEY key) {
     HC_API(HC_Show_Owner_Original_Key);
     Database& db = Current();
-    Slot slot = db.Require(key);
+    Slot slot = CurrentSession().Require(key);
     Slot owner = db.OwnerSegment(slot);
     if (slot != kNoSlot && owner == kNoSlot) ReportError("the root segment has no owner");
     return owner == kNoSlot ? 0 : OriginalKey(owner);
@@ -230,21 +233,22 @@ HC_KEY HC_Show_Owner_Original_Key(HC_KEY key) {
 
 HC_KEY HC_Renumber_Key(HC_KEY oldKey, HC_KEY newKey, const char* scope) {
     HC_API(HC_Renumber_Key);
-    return Current().Renumber(oldKey, newKey, Text(scope));
+    Slot slot = CurrentSession().Require(oldKey);
+    return slot == kNoSlot ? 0 : Current().Renumber(slot, newKey, Text(scope));
 }
 
 // --- Contents searches ---------------------------------------------------------------------------
 
 void HC_Begin_Contents_Search(const char* scope, const char* filter) {
     HC_API(HC_Begin_Contents_Search);
-    Current().BeginContentsSearch(Text(scope), Text(filter));
+    CurrentSession().BeginContentsSearch(Text(scope), Text(filter));
 }
 
 bool HC_Find_Contents(char* type, HC_KEY* key) {
     HC_API(HC_Find_Contents);
     std::string_view word;
     HC_KEY found = 0;
-    bool more = Current().FindContents(word, found);
+    bool more = CurrentSession().FindContents(word, found);
     CopyOut(word, type);
     Put(key, found);
     return more;
@@ -252,23 +256,23 @@ bool HC_Find_Contents(char* type, HC_KEY* key) {
 
 void HC_Show_Contents_Count(int* count) {
     HC_API(HC_Show_Contents_Count);
-    Put(count, Current().ContentsCount());
+    Put(count, CurrentSession().ContentsCount());
 }
 
 void HC_End_Contents_Search(void) {
     HC_API(HC_End_Contents_Search);
-    Current().EndContentsSearch();
+    CurrentSession().EndContentsSearch();
 }
 
 void HC_Begin_Segment_Search(const char* segment) {
     HC_API(HC_Begin_Segment_Search);
-    Current().BeginSegmentSearch(Text(segment));
+    CurrentSession().BeginSegmentSearch(Text(segment));
 }
 
 bool HC_Find_Segment(char* segment) {
     HC_API(HC_Find_Segment);
     Database& db = Current();
-    Slot found = db.FindSegment();
+    Slot found = CurrentSession().FindSegment();
     if (found == kNoSlot) return false;
     CopyPathname(db, found, segment);
     return true;
@@ -276,37 +280,32 @@ bool HC_Find_Segment(char* segment) {
 
 void HC_Show_Segment_Count(int* count) {
     HC_API(HC_Show_Segment_Count);
-    Put(count, Current().SegmentSearchCount());
+    Put(count, CurrentSession().SegmentSearchCount());
 }
 
 void HC_End_Segment_Search(void) {
     HC_API(HC_End_Segment_Search);
-    Current().EndSegmentSearch();
+    CurrentSession().EndSegmentSearch();
 }
 
 int HC_Show_Existence(const char* filter) {
     HC_API(HC_Show_Existence);
     Database& db = Current();
-    if (ToLower(Trim(Text(filter))) == "self") return db.GetSegment(db.CurrentSegment()) ? 1 : 0;
-    std::vector<std::string> unknown;
-    Filter parsed = Filter::Parse(Text(filter), unknown);
-    for (const std::string& word : unknown)
-        ReportError("unknown content type \"" + word + "\"");
+    if (ToLower(Trim(Text(filter))) == "self")
+        return db.GetSegment(CurrentSession().CurrentSegment()) ? 1 : 0;
+    Filter parsed = Filter::ParseOrReport(Text(filter));
     // An open geometry item answers for its own attributes, the current segment otherwise.
-    Slot target = db.AttributeTarget();
-    return db.Count(db.Get(target) ? target : db.CurrentSegment(), parsed);
+    Slot target = CurrentSession().AttributeTarget();
+    return db.Count(db.Get(target) ? target : CurrentSession().CurrentSegment(), parsed);
 }
 
 int HC_Show_Existence_By_Key(HC_KEY key, const char* filter) {
     HC_API(HC_Show_Existence_By_Key);
     Database& db = Current();
-    Slot slot = db.Resolve(key);
+    Slot slot = CurrentSession().Resolve(key);
     if (ToLower(Trim(Text(filter))) == "self") return slot == kNoSlot ? 0 : 1;
     if (slot == kNoSlot) return 0;
-    std::vector<std::string> unknown;
-    Filter parsed = Filter::Parse(Text(filter), unknown);
-    for (const std::string& word : unknown)
-        ReportError("unknown content type \"" + word + "\"");
+    Filter parsed = Filter::ParseOrReport(Text(filter));
     return db.Count(slot, parsed);
 }
 
@@ -317,7 +316,7 @@ int HC_QShow_Existence(const char* segment, const char* filter) {
     {
         // Asking whether a segment exists is no misuse: its absence is answered, not reported.
         ErrorSilence silence;
-        slot = db.ResolvePath(Text(segment), false);
+        slot = CurrentSession().ResolvePath(Text(segment), false);
     }
     if (slot == kNoSlot) return 0;
     return HC_Show_Existence_By_Key(db.KeyOf(slot), filter);
@@ -387,15 +386,13 @@ void HC_Show_Conditional_Style(HC_KEY key, char* pathname, char* condition) {
 
 void HC_Define_Named_Style(const char* styleName, const char* sourceSegment) {
     HC_API(HC_Define_Named_Style);
-    Database& db = Current();
-    Slot source = db.ResolvePath(Text(sourceSegment), true);
+    Slot source = CurrentSession().ResolvePath(Text(sourceSegment), true);
     if (source != kNoSlot) DefineNamedStyle(Text(styleName), source);
 }
 
 void HC_Define_Named_Style_By_Key(const char* styleName, HC_KEY sourceKey) {
     HC_API(HC_Define_Named_Style_By_Key);
-    Database& db = Current();
-    Slot source = db.Require(sourceKey);
+    Slot source = CurrentSession().Require(sourceKey);
     if (source != kNoSlot) DefineNamedStyle(Text(styleName), source);
 }
 
@@ -409,7 +406,7 @@ void HC_UnDefine_Named_Style(const char* styleName) {
 HC_KEY HC_Show_Named_Style(const char* styleName, char* sourceSegment) {
     HC_API(HC_Show_Named_Style);
     Database& db = Current();
-    Slot source = db.FindNamedStyle(db.CurrentSegment(), Text(styleName));
+    Slot source = db.FindNamedStyle(CurrentSession().CurrentSegment(), Text(styleName));
     if (source == kNoSlot) ReportError("no named style \"" + std::string(Text(styleName)) + "\"");
     CopyOut(source == kNoSlot ? std::string() : db.Pathname(source), sourceSegment);
     return KeyOrZero(source);
@@ -496,24 +493,24 @@ void HC_Show_Reference_Keys(HC_KEY key, int* count, HC_KEY* keys) {
 
 void HC_Open_Geometry(HC_KEY key) {
     HC_API(HC_Open_Geometry);
-    Current().OpenGeometry(key);
+    CurrentSession().OpenGeometry(key);
 }
 
 void HC_Close_Geometry(void) {
     HC_API(HC_Close_Geometry);
-    Current().CloseGeometry();
+    CurrentSession().CloseGeometry();
 }
 
 void HC_Begin_Open_Item_Search(void) {
     HC_API(HC_Begin_Open_Item_Search);
-    Current().BeginOpenItemSearch();
+    CurrentSession().BeginOpenItemSearch();
 }
 
 bool HC_Find_Open_Item(HC_KEY* key, char* type, char* status) {
     HC_API(HC_Find_Open_Item);
     HC_KEY found = 0;
     std::string word;
-    bool more = Current().FindOpenItem(found, word);
+    bool more = CurrentSession().FindOpenItem(found, word);
     Put(key, found);
     CopyOut(word, type);
     CopyOut("", status);
@@ -522,7 +519,7 @@ bool HC_Find_Open_Item(HC_KEY* key, char* type, char* status) {
 
 void HC_End_Open_Item_Search(void) {
     HC_API(HC_End_Open_Item_Search);
-    Current().EndOpenItemSearch();
+    CurrentSession().EndOpenItemSearch();
 }
 
 // --- Text and metafiles --------------------------------------------------------------------------
@@ -534,12 +531,12 @@ void HC_Parse_String(const char* text, const char* delimiter, int offset, char* 
 
 void HC_Write_Metafile(const char* segment, const char* file, const char* options) {
     HC_API(HC_Write_Metafile);
-    WriteMetafile(Current(), Text(segment), Text(file), Text(options));
+    WriteMetafile(CurrentSession(), Text(segment), Text(file), Text(options));
 }
 
 HC_KEY HC_Read_Metafile(const char* file, const char* segment, const char* options) {
     HC_API(HC_Read_Metafile);
-    return KeyOrZero(ReadMetafile(Current(), Text(file), Text(segment), Text(options)));
+    return KeyOrZero(ReadMetafile(CurrentSession(), Text(file), Text(segment), Text(options)));
 }
 
 } // extern "C"

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "hc/error.h"
 #include "hc/text.h"
 
 namespace hc {
@@ -102,6 +103,14 @@ bool Filter::HasAnyAttribute() const {
         return bits;
     }();
     return (m_kinds & kAttributes).any();
+}
+
+Filter Filter::ParseOrReport(std::string_view text) {
+    std::vector<std::string> unknown;
+    Filter filter = Parse(text, unknown);
+    for (const std::string& word : unknown)
+        ReportError("unknown content type \"" + word + "\"");
+    return filter;
 }
 
 } // namespace hc

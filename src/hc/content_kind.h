@@ -125,6 +125,8 @@ class Filter {
 public:
     // Words that name nothing are collected in unknownWords and otherwise ignored.
     static Filter Parse(std::string_view text, std::vector<std::string>& unknownWords);
+    // As Parse, reporting each word that names nothing.
+    static Filter ParseOrReport(std::string_view text);
 
     bool Has(ContentKind kind) const { return m_kinds.test(static_cast<size_t>(kind)); }
     bool HasAnyGeometry() const;

@@ -23,24 +23,6 @@ bool IsReservedLevel(std::string_view level) {
            (!level.empty() && level.front() == '@');
 }
 
-// The innermost search of a stack, or null (reported) when none has been begun.
-template <typename Stack>
-auto* Innermost(Stack& stack, const char* what) {
-    if (stack.empty()) {
-        ReportError(std::string("no ") + what + " search has been begun");
-        return static_cast<decltype(&stack.back())>(nullptr);
-    }
-    return &stack.back();
-}
-
-// Splits "a/b/*" into ("a/b", "*"): the path before the last level, and that level.
-std::pair<std::string_view, std::string_view> SplitLast(std::string_view path) {
-    size_t slash = path.rfind('/');
-    if (slash == std::string_view::npos) return {std::string_view{}, path};
-    std::string_view base = slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
-    return {base, path.substr(slash + 1)};
-}
-
 } // namespace
 
 Database::Database()
@@ -62,42 +44,36 @@ void Database::Reset() {
     m_userKeys.clear();
     m_globalKeys.clear();
     m_localKeys.clear();
-    m_open.clear();
-    m_searches.clear();
-    m_segmentSearches.clear();
-    for (NameSearch& search : m_nameSearches)
-        search = {};
     m_systemOptions = {};
-    m_openItemSearch.clear();
     m_live = 0;
     Adopt(NewObject<Segment>(), kNoSlot);
+    m_journal.Restart();
 }
 
 // --- Keys -------------------------------------------------------------------------------------
 
-Slot Database::Resolve(HC_KEY key) const {
+Slot Database::Resolve(HC_KEY key, Slot localScope) const {
     if (key < -1) {
         uint64_t slot = static_cast<uint64_t>(-(key + 2));
         return slot < m_objects.size() && m_objects[slot] ? static_cast<Slot>(slot) : kNoSlot;
     }
     if (key <= 0) return kNoSlot;
     if (!m_localKeys.empty()) {
-        auto local = m_localKeys.find({CurrentSegment(), key});
+        auto local = m_localKeys.find({localScope, key});
         if (local != m_localKeys.end() && Get(local->second)) return local->second;
     }
     auto global = m_globalKeys.find(key);
     return global != m_globalKeys.end() && Get(global->second) ? global->second : kNoSlot;
 }
 
-Slot Database::Require(HC_KEY key) const {
-    Slot slot = Resolve(key);
+Slot Database::Require(HC_KEY key, Slot localScope) const {
+    Slot slot = Resolve(key, localScope);
     if (slot == kNoSlot) ReportError("invalid key " + KeyText(key));
     return slot;
 }
 
-HC_KEY Database::Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope) {
-    Slot slot = Require(oldKey);
-    if (slot == kNoSlot) return 0;
+HC_KEY Database::Renumber(Slot slot, HC_KEY newKey, std::string_view scope) {
+    if (!Get(slot)) return 0;
     std::string word = ToLower(Trim(scope));
     bool global = word.starts_with("g");
     if (!global && !word.starts_with("l")) {
@@ -105,7 +81,7 @@ HC_KEY Database::Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope) 
         return 0;
     }
     if (newKey == OriginalKey(slot)) {
-        ForgetKey(slot);
+        if (ForgetKey(slot)) Note(slot, ChangeKind::Keys);
         return newKey;
     }
     if (newKey <= 0) {
@@ -128,6 +104,7 @@ HC_KEY Database::Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope) 
         m_localKeys[{owner, newKey}] = slot;
     m_userKeys[slot] = {newKey, global};
     m_objects[slot]->renumbered = true;
+    Note(slot, ChangeKind::Keys);
     return newKey;
 }
 
@@ -136,9 +113,9 @@ bool Database::HasLocalKey(Slot slot) const {
     return user != m_userKeys.end() && !user->second.global;
 }
 
-void Database::ForgetKey(Slot slot) {
+bool Database::ForgetKey(Slot slot) {
     Object* object = Get(slot);
-    if (!object || !object->renumbered) return;
+    if (!object || !object->renumbered) return false;
     UserKey user = m_userKeys.at(slot);
     if (user.global)
         m_globalKeys.erase(user.key);
@@ -146,6 +123,7 @@ void Database::ForgetKey(Slot slot) {
         m_localKeys.erase({OwnerSegment(slot), user.key});
     m_userKeys.erase(slot);
     object->renumbered = false;
+    return true;
 }
 
 Slot Database::OwnerSegment(Slot slot) const {
@@ -199,6 +177,11 @@ Slot Database::Adopt(ObjectPtr object, Slot owner) {
     Object* ownerObject = Get(owner);
     if (!ownerObject) return slot;
     PlacementChanged(slot);
+    // A static model follows from the heuristics attribute, whose change is recorded.
+    if (adopted.kind != ObjectKind::StaticModel)
+        Note(slot, adopted.kind == ObjectKind::Segment    ? ChangeKind::SegmentCreated
+                   : adopted.kind == ObjectKind::Geometry ? ChangeKind::Geometry
+                                                          : ChangeKind::Links);
     if (ownerObject->kind == ObjectKind::Geometry) {
         static_cast<Geometry*>(ownerObject)->Extras().references.push_back(slot);
     } else if (adopted.kind == ObjectKind::StaticModel) {
@@ -272,6 +255,7 @@ void Database::DeleteObject(Slot slot) {
         return;
     }
     if (!Get(slot)) return;
+    Note(slot, ChangeKind::Deleted);
     Detach(slot);
     // Iterative, so that a deep tree cannot exhaust the stack.
     std::vector<Slot> pending{slot};
@@ -295,6 +279,8 @@ void Database::DeleteObject(Slot slot) {
         if (auto incoming = m_incoming.find(s); incoming != m_incoming.end()) {
             for (Slot link : incoming->second) {
                 if (Link* l = static_cast<Link*>(Get(link)); l && l->target == s) {
+                    // Links from outside the deleted subtree are deletions of their own.
+                    if (!IsGoing(link, slot)) Note(link, ChangeKind::Deleted);
                     Detach(link);
                     pending.push_back(link);
                 }
@@ -315,77 +301,20 @@ Slot Database::MakeSegment(Slot owner, std::string_view name) {
     return slot;
 }
 
+bool Database::IsGoing(Slot slot, Slot deleted) const {
+    for (Slot s = slot; s != kNoSlot;) {
+        const Object* object = Get(s);
+        // Whatever is gone already went with the deleted subtree.
+        if (s == deleted || !object) return true;
+        s = object->owner;
+    }
+    return false;
+}
+
 bool Database::IsInside(Slot segment, Slot ancestor) const {
     for (Slot s = segment; s != kNoSlot; s = Get(s)->owner)
         if (s == ancestor) return true;
     return false;
-}
-
-// --- Open items --------------------------------------------------------------------------------
-
-Slot Database::CurrentSegment() const {
-    for (auto it = m_open.rbegin(); it != m_open.rend(); ++it)
-        if (!it->geometry) return GetSegment(it->slot) ? it->slot : kNoSlot;
-    return Root();
-}
-
-Slot Database::OpenSegment(std::string_view path) {
-    Slot slot = ResolvePath(path, true);
-    m_open.push_back({slot, false});
-    return slot;
-}
-
-void Database::OpenSegmentByKey(HC_KEY key) {
-    Slot slot = Require(key);
-    if (slot != kNoSlot && !GetSegment(slot)) {
-        ReportError("key " + KeyText(key) + " is not a segment");
-        slot = kNoSlot;
-    }
-    m_open.push_back({slot, false});
-}
-
-void Database::CloseSegment() {
-    if (m_open.empty() || m_open.back().geometry) {
-        ReportError(m_open.empty() ? "no segment is open"
-                                   : "a geometry item is open: close it first");
-        return;
-    }
-    m_open.pop_back();
-}
-
-void Database::OpenGeometry(HC_KEY key) {
-    Slot slot = Require(key);
-    if (Object* object = Get(slot);
-        object && object->kind != ObjectKind::Geometry && object->type != ContentKind::Reference) {
-        ReportError("key " + KeyText(key) + " is not a geometry item");
-        slot = kNoSlot;
-    }
-    m_open.push_back({slot, true});
-}
-
-void Database::CloseGeometry() {
-    if (m_open.empty() || !m_open.back().geometry) {
-        ReportError("no geometry item is open");
-        return;
-    }
-    m_open.pop_back();
-}
-
-std::vector<Slot> Database::OpenItems() const {
-    std::vector<Slot> items;
-    for (auto it = m_open.rbegin(); it != m_open.rend(); ++it)
-        if (Get(it->slot)) items.push_back(it->slot);
-    return items;
-}
-
-Slot Database::AttributeTarget() const {
-    if (m_open.empty()) return Root();
-    Slot slot = m_open.back().slot;
-    if (!Get(slot)) {
-        ReportError("the open item no longer exists");
-        return kNoSlot;
-    }
-    return slot;
 }
 
 // --- Paths ---------------------------------------------------------------------------------------
@@ -398,10 +327,6 @@ Slot Database::ChildByLevel(Slot segment, std::string_view level) const {
     Slot slot = Resolve(static_cast<HC_KEY>(bits));
     const Segment* child = GetSegment(slot);
     return child && child->owner == segment && child->name.empty() ? slot : kNoSlot;
-}
-
-Slot Database::ResolvePath(std::string_view path, bool create) {
-    return ResolvePathFrom(CurrentSegment(), path, create);
 }
 
 Slot Database::FindOrMakeChild(Slot owner, std::string_view name) {
@@ -465,14 +390,14 @@ Slot Database::ResolvePathFrom(Slot segment, std::string_view path, bool create)
 // goes on with the places its name lets it reach. The walk is depth first with one cursor per
 // level, so segments come out parents first, children in list order, each once however many
 // ways it matches.
-std::vector<Slot> Database::ResolvePattern(std::string_view text) {
+std::vector<Slot> Database::ResolvePatternFrom(Slot base, std::string_view text) {
     std::vector<Slot> result;
     const SegmentPattern pattern = SplitPattern(Trim(text));
     if (!pattern.error.empty()) {
         ReportError(std::string(pattern.error) + ": \"" + std::string(Trim(text)) + "\"");
         return result;
     }
-    const Segment* start = GetSegment(ResolvePath(pattern.base, false));
+    const Segment* start = GetSegment(ResolvePathFrom(base, pattern.base, false));
     if (!start) return result;
     const std::vector<PatternLevel>& levels = pattern.levels;
     const uint64_t matched = uint64_t(1) << levels.size();
@@ -552,20 +477,20 @@ std::vector<Slot> Database::ResolvePattern(std::string_view text) {
 
 // --- Structure edits ----------------------------------------------------------------------------
 
-void Database::RenameSegment(std::string_view oldPath, std::string_view newPath) {
-    Slot slot = ResolvePath(oldPath, false);
+void Database::RenameSegment(Slot from, std::string_view oldPath, std::string_view newPath) {
+    Slot slot = ResolvePathFrom(from, oldPath, false);
     if (slot == kNoSlot) return;
     if (slot == Root()) {
         ReportError("the root segment cannot be renamed");
         return;
     }
-    auto [base, name] = SplitLast(Trim(newPath));
+    auto [base, name] = SplitLastLevel(Trim(newPath));
     name = Trim(name);
     if (name.empty() || IsReservedLevel(name)) {
         ReportError("\"" + std::string(newPath) + "\" is not a segment name");
         return;
     }
-    Slot owner = base.empty() ? Get(slot)->owner : ResolvePath(base, true);
+    Slot owner = base.empty() ? Get(slot)->owner : ResolvePathFrom(from, base, true);
     if (owner == kNoSlot) return;
     if (IsInside(owner, slot)) {
         ReportError("a segment cannot be moved below itself");
@@ -579,14 +504,14 @@ void Database::RenameSegment(std::string_view oldPath, std::string_view newPath)
     Reparent(slot, owner, std::string(name));
 }
 
-void Database::MoveObject(Slot slot, std::string_view newOwnerPath) {
+void Database::MoveObject(Slot slot, Slot from, std::string_view newOwnerPath) {
     Object* object = Get(slot);
     if (!object) return;
     if (slot == Root() || object->kind == ObjectKind::StaticModel) {
         ReportError("this item cannot be moved");
         return;
     }
-    Slot owner = ResolvePath(newOwnerPath, true);
+    Slot owner = ResolvePathFrom(from, newOwnerPath, true);
     if (owner == kNoSlot) return;
     if (object->kind == ObjectKind::Segment) {
         auto& segment = *static_cast<Segment*>(object);
@@ -624,21 +549,22 @@ void Database::Reparent(Slot slot, Slot owner, std::string name) {
         m_userKeys[slot] = {localKey, false};
         object.renumbered = true;
     }
+    Note(slot, ChangeKind::Moved);
 }
 
-void Database::CopySegment(std::string_view oldPath, std::string_view newPath) {
-    auto [oldBase, oldLast] = SplitLast(Trim(oldPath));
-    auto [newBase, newLast] = SplitLast(Trim(newPath));
+void Database::CopySegment(Slot from, std::string_view oldPath, std::string_view newPath) {
+    auto [oldBase, oldLast] = SplitLastLevel(Trim(oldPath));
+    auto [newBase, newLast] = SplitLastLevel(Trim(newPath));
     bool children = oldLast == "*";
-    std::vector<Slot> sources =
-        children ? ResolvePattern(oldPath) : std::vector<Slot>{ResolvePath(oldPath, false)};
+    std::vector<Slot> sources = children ? ResolvePatternFrom(from, oldPath)
+                                         : std::vector<Slot>{ResolvePathFrom(from, oldPath, false)};
     if (!sources.empty() && sources.front() == kNoSlot) return;
     if (!children) {
         if (newLast == "*") {
             ReportError("copying one segment needs a destination name, not \"*\"");
             return;
         }
-        Slot destination = ResolvePath(newPath, true);
+        Slot destination = ResolvePathFrom(from, newPath, true);
         if (destination == kNoSlot) return;
         if (IsInside(destination, sources.front())) {
             ReportError("a segment cannot be copied into itself");
@@ -647,8 +573,8 @@ void Database::CopySegment(std::string_view oldPath, std::string_view newPath) {
         CopyInto(sources.front(), destination);
         return;
     }
-    Slot destinationOwner = ResolvePath(
-        newLast == "*" ? (newBase.empty() ? std::string_view(".") : newBase) : newPath, true);
+    Slot destinationOwner = ResolvePathFrom(
+        from, newLast == "*" ? (newBase.empty() ? std::string_view(".") : newBase) : newPath, true);
     if (destinationOwner == kNoSlot) return;
     for (Slot source : sources) {
         if (IsInside(destinationOwner, source)) {
@@ -713,12 +639,9 @@ void Database::CopyObject(const Object& source, Slot destination) {
     }
 }
 
-void Database::FlushContents(std::string_view pattern, std::string_view filterText) {
-    std::vector<std::string> unknown;
-    Filter filter = Filter::Parse(filterText, unknown);
-    for (const std::string& word : unknown)
-        ReportError("unknown content type \"" + word + "\"");
-    for (Slot segment : ResolvePattern(pattern))
+void Database::FlushContents(Slot from, std::string_view pattern, std::string_view filterText) {
+    Filter filter = Filter::ParseOrReport(filterText);
+    for (Slot segment : ResolvePatternFrom(from, pattern))
         if (GetSegment(segment)) FlushSegment(segment, filter);
 }
 
@@ -730,12 +653,19 @@ void Database::FlushSegment(Slot slot, const Filter& filter) {
             if (filter.Has(m_objects[c]->type)) doomed.push_back(c);
     for (Slot c : doomed)
         DeleteObject(c);
-    for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k)
-        if (segment.definitions && filter.Has(ContentKind(k)))
+    bool definitions = false;
+    for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k) {
+        if (segment.definitions && filter.Has(ContentKind(k)) &&
+            !segment.definitions->Of(ContentKind(k)).empty()) {
             segment.definitions->Of(ContentKind(k)).clear();
+            definitions = true;
+        }
+    }
+    if (definitions) Note(slot, ChangeKind::Definitions);
     if (segment.attributes) {
-        std::erase_if(segment.attributes->Items(),
-                      [&](const Attribute& attribute) { return filter.Has(attribute.kind); });
+        if (std::erase_if(segment.attributes->Items(),
+                          [&](const Attribute& attribute) { return filter.Has(attribute.kind); }))
+            Note(slot, ChangeKind::Attributes);
         if (segment.attributes->Empty()) segment.attributes.reset();
     }
     UpdateStaticModel(slot);
@@ -785,6 +715,7 @@ void Database::SetLinkTarget(Slot slot, Slot target) {
     link->target = target;
     NoteIncoming(target, slot);
     PlacementChanged(slot);
+    Note(slot, ChangeKind::Links);
 }
 
 Slot Database::AddNamedStyle(Slot owner, std::string_view styleName, std::string_view condition) {
@@ -810,6 +741,7 @@ void Database::Define(Slot slot, ContentKind kind, Definition definition) {
         ReportError("a definition needs a name");
         return;
     }
+    Note(slot, ChangeKind::Definitions);
     for (Definition& present : segment->MutableDefinitionsOf(kind)) {
         if (EqualsIgnoreCase(present.name, definition.name)) {
             present = std::move(definition);
@@ -822,9 +754,12 @@ void Database::Define(Slot slot, ContentKind kind, Definition definition) {
 bool Database::UnDefine(Slot slot, ContentKind kind, std::string_view name) {
     Segment* segment = GetSegment(slot);
     if (!segment || !segment->definitions) return false;
-    return std::erase_if(segment->definitions->Of(kind), [&](const Definition& definition) {
-               return EqualsIgnoreCase(definition.name, Trim(name));
-           }) > 0;
+    if (!std::erase_if(segment->definitions->Of(kind), [&](const Definition& definition) {
+            return EqualsIgnoreCase(definition.name, Trim(name));
+        }))
+        return false;
+    Note(slot, ChangeKind::Definitions);
+    return true;
 }
 
 const Definition* Database::FindDefinition(Slot slot, ContentKind kind, std::string_view name,
@@ -835,21 +770,6 @@ const Definition* Database::FindDefinition(Slot slot, ContentKind kind, std::str
         for (const Definition& definition : segment->DefinitionsOf(kind))
             if (EqualsIgnoreCase(definition.name, name)) return &definition;
     return nullptr;
-}
-
-void Database::BeginNameSearch(ContentKind kind, std::vector<std::string> names) {
-    m_nameSearches[size_t(kind)] = {std::move(names), 0};
-}
-
-bool Database::FindName(ContentKind kind, std::string& name) {
-    NameSearch& search = m_nameSearches[size_t(kind)];
-    if (search.next >= search.names.size()) return false;
-    name = search.names[search.next++];
-    return true;
-}
-
-void Database::EndNameSearch(ContentKind kind) {
-    m_nameSearches[size_t(kind)] = {};
 }
 
 Slot Database::LinkTarget(const Link& link) const {
@@ -864,6 +784,10 @@ Geometry* Database::AddGeometry(Slot owner, ContentKind type) {
     if (!GetSegment(owner)) return nullptr;
     Slot slot = Adopt(NewObject<Geometry>(type), owner);
     return static_cast<Geometry*>(Get(slot));
+}
+
+void Database::GeometryChanged(Slot slot) {
+    if (Get(slot)) Note(slot, ChangeKind::Geometry);
 }
 
 const Attribute* Database::LocalAttribute(Slot slot, ContentKind kind) const {
@@ -886,6 +810,7 @@ bool Database::RemoveAttribute(Slot slot, ContentKind kind) {
 }
 
 void Database::AttributeChanged(Slot slot, ContentKind kind) {
+    Note(slot, ChangeKind::Attributes);
     if (kind == ContentKind::Heuristics && GetSegment(slot)) UpdateStaticModel(slot);
     if (kind == ContentKind::ModellingMatrix) PlacementChanged(slot);
 }
@@ -1031,86 +956,6 @@ int Database::Count(Slot slot, const Filter& filter) const {
     if (object->kind == ObjectKind::Geometry)
         count += CountDetails(*static_cast<const Geometry*>(object), filter);
     return count;
-}
-
-void Database::BeginContentsSearch(std::string_view scope, std::string_view filterText) {
-    scope = Trim(scope);
-    auto [base, last] = SplitLast(scope);
-    bool throughIncludes = last == "....";
-    bool subtree = throughIncludes || last == "...";
-    std::string_view path = subtree ? (base.empty() ? std::string_view(".") : base) : scope;
-    std::vector<std::string> unknown;
-    Filter filter = Filter::Parse(Trim(filterText).empty() ? "everything" : filterText, unknown);
-    for (const std::string& word : unknown)
-        ReportError("unknown content type \"" + word + "\"");
-    Slot segment = ResolvePath(path.empty() ? "." : path, false);
-    m_searches.push_back({Contents(segment, filter, subtree, throughIncludes), 0});
-}
-
-bool Database::FindContents(std::string_view& type, HC_KEY& key) {
-    Search* search = Innermost(m_searches, "contents");
-    if (!search) return false;
-    while (search->next < search->items.size()) {
-        Found found = search->items[search->next++];
-        if (!Get(found.slot)) continue; // deleted since the search began
-        type = TypeWord(found.type);
-        key = KeyOf(found.slot);
-        return true;
-    }
-    return false;
-}
-
-int Database::ContentsCount() const {
-    const Search* search = Innermost(m_searches, "contents");
-    return search ? static_cast<int>(search->items.size()) : 0;
-}
-
-void Database::EndContentsSearch() {
-    if (Innermost(m_searches, "contents")) m_searches.pop_back();
-}
-
-void Database::BeginSegmentSearch(std::string_view pattern) {
-    m_segmentSearches.push_back({ResolvePattern(pattern), 0});
-}
-
-Slot Database::FindSegment() {
-    SegmentSearch* search = Innermost(m_segmentSearches, "segment");
-    while (search && search->next < search->segments.size()) {
-        Slot slot = search->segments[search->next++];
-        if (Get(slot)) return slot; // else deleted since the search began
-    }
-    return kNoSlot;
-}
-
-int Database::SegmentSearchCount() const {
-    const SegmentSearch* search = Innermost(m_segmentSearches, "segment");
-    return search ? static_cast<int>(search->segments.size()) : 0;
-}
-
-void Database::EndSegmentSearch() {
-    if (Innermost(m_segmentSearches, "segment")) m_segmentSearches.pop_back();
-}
-
-void Database::BeginOpenItemSearch() {
-    m_openItemSearch = OpenItems();
-    m_openItemNext = 0;
-}
-
-bool Database::FindOpenItem(HC_KEY& key, std::string& type) {
-    while (m_openItemNext < m_openItemSearch.size()) {
-        Slot slot = m_openItemSearch[m_openItemNext++];
-        if (!Get(slot)) continue;
-        key = KeyOf(slot);
-        // An open item is a segment or a geometry item; which kind of geometry is asked of its key.
-        type = Get(slot)->kind == ObjectKind::Segment ? "segment" : "geometry";
-        return true;
-    }
-    return false;
-}
-
-void Database::EndOpenItemSearch() {
-    m_openItemSearch.clear();
-    m_openItemNext = 0;
 }
 
 Database& Current() {

@@ -9,6 +9,7 @@
 #include <obsidra/hc.h>
 
 #include "hc/content_kind.h"
+#include "hc/journal.h"
 #include "hc/name_index.h"
 #include "hc/objects.h"
 
@@ -22,9 +23,11 @@ struct Found {
 };
 
 // The scene database: segments with their subsegments, includes, styles, named styles,
-// references, geometry and attributes, addressed by keys. It also keeps the caller's state that
-// the C interface implies: the stack of open segments and geometry items and the stack of
-// contents searches. Misuse is reported through ReportError and answered with nothing.
+// references, geometry and attributes, addressed by keys, and the journal of its changes. The
+// caller's state that the C interface implies (what is open, the searches) is a Session's. Paths
+// are resolved from a segment the caller names (a session's current segment). Every change is
+// recorded in the journal; a call that changes nothing records nothing. Misuse is reported
+// through ReportError and answered with nothing.
 class Database {
 public:
     Database();
@@ -32,14 +35,17 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    // Back to a database holding only "/", with nothing open and no search begun.
+    // Back to a database holding only "/". The journal goes on counting; its history before the
+    // reset is forgotten.
     void Reset();
+    Journal& Changes() { return m_journal; }
 
     // --- Keys -------------------------------------------------------------------------------
-    // The live object a key names (original or renumbered), or kNoSlot.
-    Slot Resolve(HC_KEY key) const;
+    // The live object a key names (original or renumbered), or kNoSlot. A key renumbered locally
+    // is found only in the segment that holds it (localScope: "/" unless told).
+    Slot Resolve(HC_KEY key, Slot localScope = 0) const;
     // As Resolve, but reports a dead or unknown key.
-    Slot Require(HC_KEY key) const;
+    Slot Require(HC_KEY key, Slot localScope = 0) const;
     Object* Get(Slot slot) const {
         return slot < m_objects.size() ? m_objects[slot].get() : nullptr;
     }
@@ -63,7 +69,7 @@ public:
         if (m_userKeys.empty()) return OriginalKey(slot);
         return object->renumbered ? RenumberedKey(slot) : OriginalKey(slot);
     }
-    HC_KEY Renumber(HC_KEY oldKey, HC_KEY newKey, std::string_view scope);
+    HC_KEY Renumber(Slot slot, HC_KEY newKey, std::string_view scope);
     // Whether the object goes by a key that is unique only within its owner.
     bool HasLocalKey(Slot slot) const;
     // The segment that holds an object (for an attached reference, its geometry's segment).
@@ -74,34 +80,23 @@ public:
     Slot Root() const { return 0; }
     size_t LiveObjects() const { return m_live; }
 
-    // --- Open items -------------------------------------------------------------------------
-    Slot CurrentSegment() const; // innermost open segment; "/" when none is open
-    // The innermost open item (segment or geometry), which attribute calls work on; "/" when
-    // nothing is open, kNoSlot (reported) when it was deleted while open.
-    Slot AttributeTarget() const;
-    Slot OpenSegment(std::string_view path);
-    void OpenSegmentByKey(HC_KEY key);
-    void CloseSegment();
-    void OpenGeometry(HC_KEY key);
-    void CloseGeometry();
-    // The open items, innermost first.
-    std::vector<Slot> OpenItems() const;
-
     // --- Segments ---------------------------------------------------------------------------
-    // Resolves a path relative to the current segment; with create, missing levels are made and
-    // "" makes a new nameless child. Reports and returns kNoSlot on a bad path.
-    Slot ResolvePath(std::string_view path, bool create);
+    // Resolves a path relative to base; with create, missing levels are made and "" makes a new
+    // nameless child. Reports and returns kNoSlot on a bad path.
     Slot ResolvePathFrom(Slot base, std::string_view path, bool create);
     // The named child of a segment, made if missing; "" makes a new nameless child.
     Slot FindOrMakeChild(Slot owner, std::string_view name);
-    // The segments a pattern names (hc/segment_pattern.h), relative to the current segment:
-    // parents before children, children in list order.
-    std::vector<Slot> ResolvePattern(std::string_view pattern);
+    // The segments a pattern names (hc/segment_pattern.h), relative to base: parents before
+    // children, children in list order.
+    std::vector<Slot> ResolvePatternFrom(Slot base, std::string_view pattern);
+    // Deletes an object with everything below it and every link to any of it; the journal hears
+    // of the object alone.
     void DeleteObject(Slot slot);
-    void RenameSegment(std::string_view oldPath, std::string_view newPath);
-    void MoveObject(Slot slot, std::string_view newOwnerPath);
-    void CopySegment(std::string_view oldPath, std::string_view newPath);
-    void FlushContents(std::string_view pattern, std::string_view filter);
+    // The edits by path take their paths relative to base.
+    void RenameSegment(Slot base, std::string_view oldPath, std::string_view newPath);
+    void MoveObject(Slot slot, Slot base, std::string_view newOwnerPath);
+    void CopySegment(Slot base, std::string_view oldPath, std::string_view newPath);
+    void FlushContents(Slot base, std::string_view pattern, std::string_view filter);
 
     // --- Links ------------------------------------------------------------------------------
     // An include, style or reference in a segment, or a reference attached to a geometry item.
@@ -121,22 +116,20 @@ public:
     // has one; null when there is none.
     const Definition* FindDefinition(Slot segment, ContentKind kind, std::string_view name,
                                      bool inherited) const;
-    // Lists the names a segment defines, one kind at a time (one search per kind at once).
-    void BeginNameSearch(ContentKind kind, std::vector<std::string> names);
-    bool FindName(ContentKind kind, std::string& name);
-    void EndNameSearch(ContentKind kind);
     void SetLinkTarget(Slot link, Slot target);
     // The target of a link, kNoSlot when it has none or the target is gone.
     Slot LinkTarget(const Link& link) const;
 
     // --- Geometry ---------------------------------------------------------------------------
     Geometry* AddGeometry(Slot owner, ContentKind type);
+    // Call after changing an item's data in place (and PlacementChanged when its shape changed).
+    void GeometryChanged(Slot item);
 
     // --- Attributes -------------------------------------------------------------------------
     // The attribute set locally on an object, or null.
     const Attribute* LocalAttribute(Slot target, ContentKind kind) const;
     // The attribute of a live object, made empty when missing; call AttributeChanged after
-    // changing it.
+    // changing it (it records the change).
     Attribute& ObtainAttribute(Slot target, ContentKind kind);
     bool RemoveAttribute(Slot target, ContentKind kind);
     void AttributeChanged(Slot target, ContentKind kind);
@@ -172,28 +165,7 @@ public:
     // How many items of one segment (or of one geometry item's attributes) pass the filter.
     int Count(Slot slot, const Filter& filter) const;
 
-    void BeginContentsSearch(std::string_view scope, std::string_view filter);
-    bool FindContents(std::string_view& type, HC_KEY& key);
-    int ContentsCount() const;
-    void EndContentsSearch();
-
-    // Lists the segments a pattern names, fixed when the search begins; segments deleted since
-    // are passed over.
-    void BeginSegmentSearch(std::string_view pattern);
-    // The next segment, or kNoSlot at the end.
-    Slot FindSegment();
-    int SegmentSearchCount() const;
-    void EndSegmentSearch();
-
-    void BeginOpenItemSearch();
-    bool FindOpenItem(HC_KEY& key, std::string& type);
-    void EndOpenItemSearch();
-
 private:
-    struct Search {
-        std::vector<Found> items;
-        size_t next = 0;
-    };
     struct UserKey {
         HC_KEY key;
         bool global;
@@ -227,11 +199,16 @@ private:
     Slot MakeSegment(Slot owner, std::string_view name);
     Slot ChildByLevel(Slot segment, std::string_view level) const;
     bool IsInside(Slot segment, Slot ancestor) const;
+    // Whether an object goes with the deletion of another: it or an owner is that one, or was
+    // destroyed already by the same deletion.
+    bool IsGoing(Slot slot, Slot deleted) const;
     void CopyInto(Slot source, Slot destination);
     void CopyObject(const Object& source, Slot destinationSegment);
     void FlushSegment(Slot segment, const Filter& filter);
     void UpdateStaticModel(Slot segment);
-    void ForgetKey(Slot slot);
+    // Whether the object had a renumbered key to forget.
+    bool ForgetKey(Slot slot);
+    void Note(Slot slot, ChangeKind kind) { m_journal.Record({slot, OwnerSegment(slot), kind}); }
     // Calls visit(Found) for each item of one segment that passes the filter, in contents order,
     // until it returns false.
     template <typename Visit>
@@ -251,25 +228,8 @@ private:
     std::unordered_map<Slot, UserKey> m_userKeys;
     std::unordered_map<HC_KEY, Slot> m_globalKeys;
     std::unordered_map<LocalKey, Slot, LocalKeyHash> m_localKeys;
-    struct OpenItem {
-        Slot slot;
-        bool geometry;
-    };
-    std::vector<OpenItem> m_open;
-    std::vector<Search> m_searches;
-    struct SegmentSearch {
-        std::vector<Slot> segments;
-        size_t next = 0;
-    };
-    std::vector<SegmentSearch> m_segmentSearches;
-    struct NameSearch {
-        std::vector<std::string> names;
-        size_t next = 0;
-    };
-    NameSearch m_nameSearches[kContentKindCount];
     OptionList m_systemOptions;
-    std::vector<Slot> m_openItemSearch;
-    size_t m_openItemNext = 0;
+    Journal m_journal;
 };
 
 // The process-wide database behind the C interface.

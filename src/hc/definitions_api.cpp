@@ -31,22 +31,22 @@ void UnDefine(ContentKind kind, const char* name) {
 // The definition visible from the current segment; reported when there is none.
 const Definition* Find(ContentKind kind, const char* name) {
     const Definition* definition =
-        Current().FindDefinition(Current().CurrentSegment(), kind, Text(name), true);
+        Current().FindDefinition(CurrentSession().CurrentSegment(), kind, Text(name), true);
     if (!definition)
         ReportError("no " + std::string(TypeWord(kind)) + " \"" + std::string(Text(name)) + "\"");
     return definition;
 }
 
 void BeginSearch(ContentKind kind, std::vector<std::string> names = {}) {
-    if (const Segment* segment = Current().GetSegment(Current().CurrentSegment()))
+    if (const Segment* segment = Current().GetSegment(CurrentSession().CurrentSegment()))
         for (const Definition& definition : segment->DefinitionsOf(kind))
             names.push_back(definition.name);
-    Current().BeginNameSearch(kind, std::move(names));
+    CurrentSession().BeginNameSearch(kind, std::move(names));
 }
 
 bool FindNext(ContentKind kind, char* name) {
     std::string found;
-    if (!Current().FindName(kind, found)) return false;
+    if (!CurrentSession().FindName(kind, found)) return false;
     CopyOut(found, name);
     return true;
 }
@@ -88,7 +88,7 @@ bool HC_Find_Texture(char* name) {
 
 void HC_End_Texture_Search(void) {
     HC_API(HC_End_Texture_Search);
-    Current().EndNameSearch(ContentKind::TextureDefinition);
+    CurrentSession().EndNameSearch(ContentKind::TextureDefinition);
 }
 
 void HC_Define_Glyph(const char* name, int size, const char* data) {
@@ -130,7 +130,7 @@ bool HC_Find_Glyph(char* name) {
 
 void HC_End_Glyph_Search(void) {
     HC_API(HC_End_Glyph_Search);
-    Current().EndNameSearch(ContentKind::GlyphDefinition);
+    CurrentSession().EndNameSearch(ContentKind::GlyphDefinition);
 }
 
 void HC_Define_Line_Style(const char* name, const char* definition) {
@@ -161,7 +161,7 @@ bool HC_Find_Line_Style(char* name) {
 
 void HC_End_Line_Style_Search(void) {
     HC_API(HC_End_Line_Style_Search);
-    Current().EndNameSearch(ContentKind::LineStyleDefinition);
+    CurrentSession().EndNameSearch(ContentKind::LineStyleDefinition);
 }
 
 void HC_Define_Shader(const char* name, const char* options, const char* source) {
@@ -194,7 +194,7 @@ bool HC_Find_Shader(char* name) {
 
 void HC_End_Shader_Search(void) {
     HC_API(HC_End_Shader_Search);
-    Current().EndNameSearch(ContentKind::ShaderDefinition);
+    CurrentSession().EndNameSearch(ContentKind::ShaderDefinition);
 }
 
 void HC_Define_Font(const char* name, const char* options) {
@@ -219,7 +219,7 @@ bool HC_Find_Font(char* name) {
 
 void HC_End_Font_Search(void) {
     HC_API(HC_End_Font_Search);
-    Current().EndNameSearch(ContentKind::FontDefinition);
+    CurrentSession().EndNameSearch(ContentKind::FontDefinition);
 }
 
 void HC_Begin_Named_Style_Search(void) {
@@ -234,7 +234,7 @@ bool HC_Find_Named_Style(char* styleName) {
 
 void HC_End_Named_Style_Search(void) {
     HC_API(HC_End_Named_Style_Search);
-    Current().EndNameSearch(ContentKind::NamedStyleDefinition);
+    CurrentSession().EndNameSearch(ContentKind::NamedStyleDefinition);
 }
 
 } // extern "C"

@@ -25,6 +25,7 @@ ShellDetails* MutableDetails(Geometry& shell) {
 // Bounds that use the item are computed again when next asked for.
 void Edited(const Geometry& item) {
     Current().PlacementChanged(item.slot);
+    Current().GeometryChanged(item.slot);
 }
 
 enum class ShellPart { Faces, Edges, Points };
@@ -59,6 +60,7 @@ void SetShellEntries(HC_KEY key, std::vector<T> ShellDetails::*list, ShellPart p
     for (int i = 0; i < count; ++i)
         entries[size_t(offset + i)] = value(i);
     TrimDetails(*shell);
+    Current().GeometryChanged(shell->slot);
 }
 
 template <typename T>
@@ -178,6 +180,7 @@ void HC_Set_LOD_Type(HC_KEY key, int level, const char* type) {
     if (types.size() <= size_t(level)) types.resize(size_t(level) + 1);
     types[size_t(level)] = std::move(word);
     TrimDetails(*shell);
+    Current().GeometryChanged(shell->slot);
 }
 
 void HC_MSet_Vertex_Normals(HC_KEY key, int offset, int count, const HC_VECTOR* normals) {

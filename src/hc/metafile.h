@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "hc/database.h"
+#include "hc/session.h"
 
 namespace hc {
 
@@ -25,10 +26,11 @@ std::string MetafileText(const Database& db, Slot segment, MetafileOptions optio
 // line and column. Returns whether the text was loaded.
 bool LoadMetafileText(Database& db, std::string_view text, Slot segment, std::string& error);
 
-// The files behind HC_Write_Metafile and HC_Read_Metafile; failures are reported, not thrown.
-void WriteMetafile(Database& db, std::string_view segment, std::string_view file,
+// The files behind HC_Write_Metafile and HC_Read_Metafile, with paths relative to the session's
+// current segment; failures are reported, not thrown.
+void WriteMetafile(Session& session, std::string_view segment, std::string_view file,
                    std::string_view options);
-Slot ReadMetafile(Database& db, std::string_view file, std::string_view segment,
+Slot ReadMetafile(Session& session, std::string_view file, std::string_view segment,
                   std::string_view options);
 
 } // namespace hc

@@ -775,12 +775,7 @@ private:
         const Node* key = Child(node, Element::Key);
         if (!key) return;
         std::string scope(Value(*key, 1).text);
-        // A local key is registered with its owner, which must be current while renumbering.
-        Slot owner = m_db.OwnerSegment(slot);
-        if (owner != kNoSlot) m_db.OpenSegmentByKey(m_db.KeyOf(owner));
-        m_db.Renumber(m_db.KeyOf(slot), IntegerOf(Value(*key, 0)),
-                      scope.empty() ? "global" : scope);
-        if (owner != kNoSlot) m_db.CloseSegment();
+        m_db.Renumber(slot, IntegerOf(Value(*key, 0)), scope.empty() ? "global" : scope);
     }
 
     // What waits for the end of the load: a link's target (link set) or a named style's source.
@@ -861,16 +856,16 @@ bool LoadMetafileText(Database& db, std::string_view text, Slot segment, std::st
     return true;
 }
 
-void WriteMetafile(Database& db, std::string_view segment, std::string_view file,
+void WriteMetafile(Session& session, std::string_view segment, std::string_view file,
                    std::string_view options) {
-    Slot slot = db.ResolvePath(segment, false);
+    Slot slot = session.ResolvePath(segment, false);
     if (slot == kNoSlot) return;
     std::ofstream out{std::string(file), std::ios::binary};
-    out << MetafileText(db, slot, MetafileOptions::Parse(options));
+    out << MetafileText(session.Db(), slot, MetafileOptions::Parse(options));
     if (!out) ReportError("cannot write \"" + std::string(file) + "\"");
 }
 
-Slot ReadMetafile(Database& db, std::string_view file, std::string_view segment,
+Slot ReadMetafile(Session& session, std::string_view file, std::string_view segment,
                   std::string_view /*options*/) {
     std::ifstream in{std::string(file), std::ios::binary};
     if (!in) {
@@ -879,10 +874,10 @@ Slot ReadMetafile(Database& db, std::string_view file, std::string_view segment,
     }
     std::stringstream text;
     text << in.rdbuf();
-    Slot slot = db.ResolvePath(segment.empty() ? "." : segment, true);
+    Slot slot = session.ResolvePath(segment.empty() ? "." : segment, true);
     if (slot == kNoSlot) return kNoSlot;
     std::string error;
-    if (!LoadMetafileText(db, text.str(), slot, error)) {
+    if (!LoadMetafileText(session.Db(), text.str(), slot, error)) {
         ReportError(std::string(file) + ": " + error);
         return kNoSlot;
     }

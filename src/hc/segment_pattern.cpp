@@ -85,4 +85,11 @@ bool MatchesWildcard(std::string_view name, std::string_view wildcard) {
     return w == wildcard.size();
 }
 
+std::pair<std::string_view, std::string_view> SplitLastLevel(std::string_view path) {
+    size_t slash = path.rfind('/');
+    if (slash == std::string_view::npos) return {std::string_view{}, path};
+    std::string_view base = slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
+    return {base, path.substr(slash + 1)};
+}
+
 } // namespace hc

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "hc/text.h"
@@ -35,6 +36,9 @@ struct SegmentPattern {
 
 // Splits a trimmed pattern into a base path and the levels that follow it.
 SegmentPattern SplitPattern(std::string_view pattern);
+
+// Splits "a/b/*" into ("a/b", "*"): the path before the last level, and that level.
+std::pair<std::string_view, std::string_view> SplitLastLevel(std::string_view path);
 
 // Whether a name matches one wildcard level.
 bool MatchesWildcard(std::string_view name, std::string_view wildcard);

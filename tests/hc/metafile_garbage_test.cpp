@@ -4,6 +4,7 @@
 
 #include "hc/database.h"
 #include "hc/metafile.h"
+#include "hc/session.h"
 #include "hc_test.h"
 
 namespace {
@@ -49,7 +50,8 @@ TEST_F(MetafileGarbage, MangledFilesLoadWholeOrNotAtAll) {
         HC_Reset_System();
         size_t before = db.LiveObjects();
         std::string error;
-        if (!hc::LoadMetafileText(db, text, db.ResolvePath("/target", true), error)) {
+        if (!hc::LoadMetafileText(db, text, hc::CurrentSession().ResolvePath("/target", true),
+                                  error)) {
             ++refused;
             EXPECT_FALSE(error.empty());
             EXPECT_EQ(error.rfind("line ", 0), 0u) << error;

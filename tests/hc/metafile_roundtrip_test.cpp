@@ -5,6 +5,7 @@
 #include "hc/database.h"
 #include "hc/geometry_data.h"
 #include "hc/metafile.h"
+#include "hc/session.h"
 #include "hc_test.h"
 
 namespace {
@@ -129,7 +130,7 @@ private:
         default: {
             // An item of any kind, copied from the bundled showcase.
             const hc::Geometry& model = *Templates()[Next(0, int(Templates().size()) - 1)];
-            hc::Geometry* item = db.AddGeometry(db.CurrentSegment(), model.type);
+            hc::Geometry* item = db.AddGeometry(hc::CurrentSession().CurrentSegment(), model.type);
             hc::CopyGeometryData(model, *item);
             HC_KEY key = db.KeyOf(item->slot);
             if (Next(0, 3) == 0) {
@@ -151,7 +152,7 @@ private:
 
 std::string Save(const char* segment) {
     hc::Database& db = hc::Current();
-    return hc::MetafileText(db, db.ResolvePath(segment, false),
+    return hc::MetafileText(db, hc::CurrentSession().ResolvePath(segment, false),
                             hc::MetafileOptions::Parse("save state = textures"));
 }
 
@@ -194,7 +195,8 @@ TEST_F(MetafileRoundTrip, RandomScenesReadBackTheSame) {
         HC_Create_Segment("/styles/a");
         std::string error;
         hc::Database& db = hc::Current();
-        ASSERT_TRUE(hc::LoadMetafileText(db, text, db.ResolvePath("/scene", true), error))
+        ASSERT_TRUE(
+            hc::LoadMetafileText(db, text, hc::CurrentSession().ResolvePath("/scene", true), error))
             << "seed " << seed << ": " << error;
         EXPECT_EQ(Save("/scene"), text) << "seed " << seed;
         EXPECT_EQ(Census("/scene"), census) << "seed " << seed;
@@ -216,7 +218,7 @@ TEST_F(MetafileRoundTrip, OptionsFollowIncludesOutsideAndSaveTextures) {
     HC_Define_Local_Texture("wood", "source=wood.png");
     HC_Close_Segment();
     hc::Database& db = hc::Current();
-    hc::Slot scene = db.ResolvePath("/scene", false);
+    hc::Slot scene = hc::CurrentSession().ResolvePath("/scene", false);
     std::string plain = hc::MetafileText(db, scene);
     std::string full = hc::MetafileText(
         db, scene, hc::MetafileOptions::Parse("follow cross-references, save state = textures"));
@@ -228,7 +230,9 @@ TEST_F(MetafileRoundTrip, OptionsFollowIncludesOutsideAndSaveTextures) {
 
     HC_Reset_System();
     std::string error;
-    ASSERT_TRUE(hc::LoadMetafileText(db, full, db.ResolvePath("/copy", true), error)) << error;
+    ASSERT_TRUE(
+        hc::LoadMetafileText(db, full, hc::CurrentSession().ResolvePath("/copy", true), error))
+        << error;
     HC_Open_Segment("/outside");
     EXPECT_EQ(List("...", "shells, markers").size(), 2u);
     HC_Close_Segment();

@@ -3,6 +3,7 @@
 
 #include "hc/database.h"
 #include "hc/metafile.h"
+#include "hc/session.h"
 #include "hc_test.h"
 
 namespace {
@@ -41,7 +42,7 @@ void BuildScene() {
 // The scene below a segment as text that names no keys but renumbered ones.
 std::string Dump(const char* segment) {
     hc::Database& db = hc::Current();
-    return hc::MetafileText(db, db.ResolvePath(segment, false));
+    return hc::MetafileText(db, hc::CurrentSession().ResolvePath(segment, false));
 }
 
 TEST_F(Metafiles, WriteThenReadRestoresTheScene) {
@@ -66,7 +67,9 @@ TEST_F(Metafiles, ContentsInsideTheSavedSegmentMoveWithIt) {
     std::string text = Dump("/scene");
     std::string error;
     hc::Database& db = hc::Current();
-    ASSERT_TRUE(hc::LoadMetafileText(db, text, db.ResolvePath("/copy", true), error)) << error;
+    ASSERT_TRUE(
+        hc::LoadMetafileText(db, text, hc::CurrentSession().ResolvePath("/copy", true), error))
+        << error;
     char path[HC_TEXT_MAX];
     HC_Open_Segment("/copy/instances");
     HC_Begin_Contents_Search(".", "include");
@@ -129,7 +132,9 @@ TEST_F(Metafiles, DeepNestingNeitherOverflowsTheStackNorFails) {
     HC_Open_Segment("/");
     EXPECT_EQ(List("...", "markers").size(), 1u);
     HC_Close_Segment();
-    EXPECT_EQ(hc::LoadMetafileText(db, Dump("/"), db.ResolvePath("/again", true), error), true);
+    EXPECT_EQ(hc::LoadMetafileText(db, Dump("/"), hc::CurrentSession().ResolvePath("/again", true),
+                                   error),
+              true);
 }
 
 } // namespace
