@@ -579,6 +579,13 @@ void Database::RenameSegment(std::string_view oldPath, std::string_view newPath)
     Reparent(slot, owner, std::string(name));
 }
 
+void Database::DiscardSegmentName(Slot slot) {
+    Segment* segment = GetSegment(slot);
+    if (!segment || slot == Root() || segment->name.empty()) return;
+    m_names.Erase(slot, segment->owner, segment->name);
+    segment->name.clear();
+}
+
 void Database::MoveObject(Slot slot, std::string_view newOwnerPath) {
     Object* object = Get(slot);
     if (!object) return;

@@ -99,6 +99,8 @@ public:
     std::vector<Slot> ResolvePattern(std::string_view pattern);
     void DeleteObject(Slot slot);
     void RenameSegment(std::string_view oldPath, std::string_view newPath);
+    // Makes a segment nameless, where it stands; its path becomes its key's.
+    void DiscardSegmentName(Slot segment);
     void MoveObject(Slot slot, std::string_view newOwnerPath);
     void CopySegment(std::string_view oldPath, std::string_view newPath);
     void FlushContents(std::string_view pattern, std::string_view filter);
