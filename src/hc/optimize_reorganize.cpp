@@ -14,6 +14,8 @@ namespace {
 
 // Segments that group spatially hold at most this many subsegments.
 constexpr size_t kSpatialGroup = 8;
+// How many earlier siblings with the same attributes a segment may fold into.
+constexpr size_t kFoldCandidates = 8;
 
 bool HasDefinitions(const Segment& segment) {
     for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k)
@@ -106,9 +108,14 @@ void Optimizer::ReorganizeAttributes(const std::vector<Slot>& segments) {
             for (Slot link : Links(child))
                 styled = styled || m_db.Get(link)->type != ContentKind::Include;
             if (Pinned(child) || styled || HasDefinitions(segment)) continue;
+            // Only the latest few are tried: siblings whose subsegments share names never fold,
+            // and trying them all would take time quadratic in the siblings.
             std::vector<Slot>& same = kept[AttributeSignature(segment, false)];
-            auto into = std::find_if(same.begin(), same.end(),
-                                     [&](Slot other) { return CanFold(other, child); });
+            auto first = same.size() > kFoldCandidates
+                             ? same.end() - std::ptrdiff_t(kFoldCandidates)
+                             : same.begin();
+            auto into =
+                std::find_if(first, same.end(), [&](Slot other) { return CanFold(other, child); });
             if (into == same.end())
                 same.push_back(child);
             else
