@@ -134,26 +134,10 @@ std::vector<Slot> Optimizer::Segments(Slot root) const {
     return result;
 }
 
-std::vector<Slot> Optimizer::Children(Slot segment) const {
+std::vector<Slot> Optimizer::ListOf(Slot segment, ChildList Segment::*list) const {
     std::vector<Slot> result;
     if (const Segment* s = m_db.GetSegment(segment))
-        for (Slot c = s->segments.first; c != kNoSlot; c = m_db.Next(c))
-            result.push_back(c);
-    return result;
-}
-
-std::vector<Slot> Optimizer::Items(Slot segment) const {
-    std::vector<Slot> result;
-    if (const Segment* s = m_db.GetSegment(segment))
-        for (Slot c = s->geometry.first; c != kNoSlot; c = m_db.Next(c))
-            result.push_back(c);
-    return result;
-}
-
-std::vector<Slot> Optimizer::Links(Slot segment) const {
-    std::vector<Slot> result;
-    if (const Segment* s = m_db.GetSegment(segment))
-        for (Slot c = s->links.first; c != kNoSlot; c = m_db.Next(c))
+        for (Slot c = (s->*list).first; c != kNoSlot; c = m_db.Next(c))
             result.push_back(c);
     return result;
 }

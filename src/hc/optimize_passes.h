@@ -28,9 +28,11 @@ public:
 private:
     // The segments of a subtree, parents before children.
     std::vector<Slot> Segments(Slot root) const;
-    std::vector<Slot> Children(Slot segment) const;
-    std::vector<Slot> Items(Slot segment) const; // geometry
-    std::vector<Slot> Links(Slot segment) const;
+    // One of a segment's lists, copied: the passes change the lists they walk.
+    std::vector<Slot> ListOf(Slot segment, ChildList Segment::*list) const;
+    std::vector<Slot> Children(Slot segment) const { return ListOf(segment, &Segment::segments); }
+    std::vector<Slot> Items(Slot segment) const { return ListOf(segment, &Segment::geometry); }
+    std::vector<Slot> Links(Slot segment) const { return ListOf(segment, &Segment::links); }
     bool Pinned(Slot slot) const { return m_pinned.count(slot) != 0; }
     bool IsInside(Slot segment, Slot ancestor) const;
 

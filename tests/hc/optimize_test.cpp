@@ -159,7 +159,10 @@ TEST_F(OptimizeTest, BadOptionsAreReportedAndChangeNothing) {
 }
 
 TEST_F(OptimizeTest, MergingWithAMappingKeepsWhereEachFaceCameFrom) {
-    HC_Optimize_Segment_Tree("/scene/group 0/leaf 0", "merge shells,generate mapping");
+    // As the browser runs it: on the open segment.
+    HC_Open_Segment("/scene/group 0/leaf 0");
+    HC_Optimize_Segment_Tree(".", "merge shells,generate mapping");
+    HC_Close_Segment();
     auto shells = List("/scene/group 0/leaf 0", "shells");
     ASSERT_EQ(shells.size(), 1u);
     int lowest = -1, highest = -1;

@@ -15,7 +15,7 @@ HC_KEY BuildOptimizeScene(const char* path, int groups);
 
 // What a subtree draws, one line per shell face or other item: its net colour and visibility and
 // its points in world space (rounded), sorted, each line once. Two subtrees that give the same
-// lines draw the same.
+// lines draw the same. Includes are followed; the subtree must not include itself.
 std::vector<std::string> DrawnScene(HC_KEY segment);
 
 } // namespace hc::testing
