@@ -41,7 +41,7 @@ constexpr std::array kFlags = {
     Flag{"discard user data", &OptimizeChoices::discardUserData},
 };
 
-// Options whose value is a set of words; a bare option means defaultWords.
+// Options whose value is a set of words; the bare option means its defaults.
 struct WordSet {
     const char* name;
     std::array<const char*, 3> words;
