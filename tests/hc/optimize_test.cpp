@@ -118,7 +118,13 @@ TEST_F(OptimizeTest, EachOptionHasItsStructuralEffect) {
              HC_Close_Segment();
              EXPECT_EQ(std::string(options), "id=0,original name=\"group 0\"");
          }},
-        {"discard user data", [this] { EXPECT_EQ(CountBelow("user options"), 0); }},
+        {"discard user data",
+         [this] {
+             EXPECT_EQ(CountBelow("user options"), 0);
+             EXPECT_EQ(List("/include library/part", "user options").size(), 1u) << "outside";
+         }},
+        {"process includes,discard user data",
+         [this] { EXPECT_EQ(List("/include library/part", "user options").size(), 0u); }},
         {"reorganize",
          [this] {
              // Groups differ by their user options and matrices: nothing folds.
@@ -126,8 +132,9 @@ TEST_F(OptimizeTest, EachOptionHasItsStructuralEffect) {
          }},
         {"discard user data,collapse matrices,reorganize",
          [this] {
-             // Groups fold by colour and visibility: red; green-less with edges off; the res
-             EXPECT_LT(Segments().size(), 36u);
+             // Each group's two leaves, bare once their matrices are in their points, fold into
+             // one; the groups' named leaves keep the groups apart.
+             EXPECT_EQ(Segments().size(), 24u);
          }},
         {"reorganize=spatial",
          [this] {

@@ -43,6 +43,7 @@ HC_KEY BuildOptimizeScene(const char* path, int groups) {
     HC_Open_Segment("/include library/part");
     InsertCube(0.5f);
     HC_Set_Color("faces=blue");
+    HC_Set_User_Options("kind=part");
     HC_Close_Segment();
 
     HC_KEY root = HC_Open_Segment(path);
