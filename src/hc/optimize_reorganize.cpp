@@ -33,11 +33,9 @@ uint32_t Spread(uint32_t v) {
     return v;
 }
 
-} // namespace
-
 // User data of a and b that can live together: options of the same name agree, and values kept
 // whole are equal where both have one.
-static bool UserDataAgrees(const Object& a, const Object& b) {
+bool UserDataAgrees(const Object& a, const Object& b) {
     if (!a.attributes || !b.attributes) return true;
     for (const Attribute& theirs : b.attributes->Items()) {
         const Attribute* mine = IsUserData(theirs.kind) ? a.attributes->Find(theirs.kind) : nullptr;
@@ -53,6 +51,8 @@ static bool UserDataAgrees(const Object& a, const Object& b) {
     }
     return true;
 }
+
+} // namespace
 
 bool Optimizer::CanFold(Slot a, Slot b) {
     const Object& first = *m_db.Get(a);
