@@ -21,7 +21,7 @@ cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz -j "$jobs"
 corpus=$(mktemp -d)
 cp examples/*.hmf "$corpus"/
-for target in metafile_fuzzer attribute_set_fuzzer; do
+for target in metafile_fuzzer attribute_set_fuzzer optimize_fuzzer; do
     if ! build/fuzz/tests/fuzz/$target -max_total_time=30 -max_len=4096 -timeout=10 \
             -artifact_prefix=build/fuzz/ "$corpus" >build/fuzz/$target.log 2>&1; then
         tail -n 40 build/fuzz/$target.log

@@ -12,6 +12,8 @@
 #include <stdbool.h>
 #include <stdint.h>
 
+#include <obsidra/hc_export.h>
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -47,6 +49,10 @@ void HC_Move_By_Key(HC_KEY key, const char* newOwner);
 void HC_Copy_Segment(const char* oldName, const char* newName);
 void HC_Flush_Contents(const char* segment, const char* filter);
 void HC_Show_Segment(HC_KEY key, char* pathname);
+/* Restructures the segments a path or pattern names, and what lies below them, so that they hold
+ * fewer segments and items and draw the same; the options are listed in docs/optimize.md. An
+ * unknown option is reported and nothing changes. */
+HC_EXPORT void HC_Optimize_Segment_Tree(const char* segment, const char* options);
 
 /* Keys. */
 void HC_Show_Key_Type(HC_KEY key, char* type);

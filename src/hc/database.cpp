@@ -504,6 +504,14 @@ void Database::RenameSegment(Slot from, std::string_view oldPath, std::string_vi
     Reparent(slot, owner, std::string(name));
 }
 
+void Database::DiscardSegmentName(Slot slot) {
+    Segment* segment = GetSegment(slot);
+    if (!segment || slot == Root() || segment->name.empty()) return;
+    m_names.Erase(slot, segment->owner, segment->name);
+    segment->name.clear();
+    Note(slot, ChangeKind::Moved);
+}
+
 void Database::MoveObject(Slot slot, Slot from, std::string_view newOwnerPath) {
     Object* object = Get(slot);
     if (!object) return;

@@ -94,6 +94,8 @@ public:
     void DeleteObject(Slot slot);
     // The edits by path take their paths relative to base.
     void RenameSegment(Slot base, std::string_view oldPath, std::string_view newPath);
+    // Makes a segment nameless, where it stands; its path becomes its key's.
+    void DiscardSegmentName(Slot segment);
     void MoveObject(Slot slot, Slot base, std::string_view newOwnerPath);
     void CopySegment(Slot base, std::string_view oldPath, std::string_view newPath);
     void FlushContents(Slot base, std::string_view pattern, std::string_view filter);

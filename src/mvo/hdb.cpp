@@ -1,0 +1,6 @@
+#include "mvo/hdb.h"
+
+HIOManager* HDB::GetHIOManager() {
+    static HIOManager manager;
+    return &manager;
+}
