@@ -1,9 +1,9 @@
 // The scene database library exports the functions its public headers declare and nothing of
 // its own classes: a host that could reach hc:: would tie itself to the database's insides.
+#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -28,20 +28,33 @@ std::set<std::string> Exported(bool demangled) {
     return names;
 }
 
+// The identifier that ends just before position end of text.
+std::string NameBefore(const std::string& text, size_t end) {
+    size_t begin = end;
+    while (begin > 0 &&
+           (std::isalnum(static_cast<unsigned char>(text[begin - 1])) || text[begin - 1] == '_'))
+        --begin;
+    return text.substr(begin, end - begin);
+}
+
 // Every function a public header declares for export, the attribute families expanded.
 std::set<std::string> Declared(const char* header) {
     std::ifstream in(std::string(OBSIDRA_SOURCE_DIR) + "/include/obsidra/" + header);
-    std::stringstream text;
-    text << in.rdbuf();
-    std::string source = text.str();
+    std::stringstream content;
+    content << in.rdbuf();
+    const std::string text = content.str();
     std::set<std::string> names;
-    static const std::regex function(R"(HC_EXPORT [\w ]+?\**\s*(HC_\w+)\()");
-    for (std::sregex_iterator it(source.begin(), source.end(), function), end; it != end; ++it)
-        if (it->str(1).find("##") == std::string::npos) names.insert(it->str(1));
-    static const std::regex family(R"(\nHC_OPTION_ATTRIBUTE_DECLARATIONS\((\w+)\))");
-    for (std::sregex_iterator it(source.begin(), source.end(), family), end; it != end; ++it)
+    for (size_t at = text.find("HC_EXPORT "); at != std::string::npos;
+         at = text.find("HC_EXPORT ", at + 1)) {
+        std::string name = NameBefore(text, text.find('(', at));
+        if (name.rfind("HC_", 0) == 0) names.insert(name); // not the family's "##Name"
+    }
+    const std::string family = "\nHC_OPTION_ATTRIBUTE_DECLARATIONS(";
+    for (size_t at = text.find(family); at != std::string::npos; at = text.find(family, at + 1)) {
+        std::string name = NameBefore(text, text.find(')', at));
         for (const char* prefix : {"HC_Set_", "HC_UnSet_", "HC_Show_", "HC_PShow_Net_"})
-            names.insert(prefix + it->str(1));
+            names.insert(prefix + name);
+    }
     return names;
 }
 
