@@ -34,9 +34,10 @@ HC_EXPORT int HC_Fast_Subsegment_Position(HC_KEY segment, HC_KEY key);
 
 /* A segment's own name as the last level of its pathname shows it: "/" for the root, "" for a
  * nameless segment (whose pathname shows "@" and its key instead), NULL for a key that names no
- * segment. The text is the database's own: it stays valid until the segment is renamed or
- * deleted, and is not copied, since a name search asks it of every segment it passes. */
-HC_EXPORT const char* HC_Fast_Segment_Name(HC_KEY segment);
+ * segment; its length in bytes goes to length unless that is NULL. The text is the database's
+ * own: it stays valid until the segment is renamed or deleted, and is neither copied nor
+ * measured, since a name search asks it of every segment it passes. */
+HC_EXPORT const char* HC_Fast_Segment_Name(HC_KEY segment, size_t* length);
 
 /* What a segment holds, by list, as a sum of these bits; 0 for a key that names no segment. */
 enum {

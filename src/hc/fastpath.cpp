@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <obsidra/hc_fastpath.h>
@@ -226,11 +227,13 @@ int HC_Fast_Subsegment_Position(HC_KEY segment, HC_KEY key) {
     return 0;
 }
 
-const char* HC_Fast_Segment_Name(HC_KEY segment) {
+const char* HC_Fast_Segment_Name(HC_KEY segment, size_t* length) {
     const Database& db = Current();
     const Segment* found = SegmentOf(db, segment);
     if (!found) return nullptr;
-    return found->slot == db.Root() ? "/" : found->name.c_str();
+    std::string_view name = found->slot == db.Root() ? std::string_view("/") : found->name;
+    if (length) *length = name.size();
+    return name.data();
 }
 
 unsigned HC_Fast_Segment_Holds(HC_KEY segment) {

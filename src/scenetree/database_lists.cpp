@@ -21,9 +21,10 @@ int SubsegmentPosition(HC_KEY segment, HC_KEY key) {
 }
 
 std::string SegmentOwnName(HC_KEY segment) {
-    const char* name = HC_Fast_Segment_Name(segment);
+    size_t length = 0;
+    const char* name = HC_Fast_Segment_Name(segment, &length);
     if (!name) return {};
-    if (*name) return name;
+    if (length) return std::string(name, length);
     char text[24];
     std::snprintf(text, sizeof text, "@%llX",
                   static_cast<unsigned long long>(HC_Show_Original_Key(segment)));

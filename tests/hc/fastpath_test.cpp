@@ -63,16 +63,19 @@ TEST_F(FastPathTest, PositionsNamesAndHoldings) {
     EXPECT_EQ(HC_Fast_Subsegment_Position(m_owner, -123456), 0);
     EXPECT_EQ(HC_Fast_Subsegment_Position(-123456, m_children[0]), 0);
 
-    EXPECT_STREQ(HC_Fast_Segment_Name(HC_Create_Segment("/")), "/");
-    EXPECT_STREQ(HC_Fast_Segment_Name(m_children[2]), "c");
+    EXPECT_STREQ(HC_Fast_Segment_Name(HC_Create_Segment("/"), nullptr), "/");
+    size_t length = 0;
+    EXPECT_STREQ(HC_Fast_Segment_Name(m_children[2], &length), "c");
+    EXPECT_EQ(length, 1u);
     HC_Open_Segment_By_Key(m_owner);
     HC_KEY nameless = HC_Open_Segment("");
     HC_KEY shell = Triangle();
     HC_Close_Segment();
     HC_Close_Segment();
-    EXPECT_STREQ(HC_Fast_Segment_Name(nameless), "");
-    EXPECT_EQ(HC_Fast_Segment_Name(shell), nullptr);
-    EXPECT_EQ(HC_Fast_Segment_Name(-123456), nullptr);
+    EXPECT_STREQ(HC_Fast_Segment_Name(nameless, &length), "");
+    EXPECT_EQ(length, 0u);
+    EXPECT_EQ(HC_Fast_Segment_Name(shell, &length), nullptr);
+    EXPECT_EQ(HC_Fast_Segment_Name(-123456, &length), nullptr);
 
     EXPECT_EQ(HC_Fast_Segment_Holds(m_owner), unsigned{HC_HOLDS_SUBSEGMENTS});
     EXPECT_EQ(HC_Fast_Segment_Holds(nameless), unsigned{HC_HOLDS_GEOMETRY});
