@@ -26,6 +26,10 @@ std::string MetafileText(const Database& db, Slot segment, MetafileOptions optio
 // line and column. Returns whether the text was loaded.
 bool LoadMetafileText(Database& db, std::string_view text, Slot segment, std::string& error);
 
+// Loads a metafile into a segment; error says "cannot read" the file, or names the file and
+// the text's mistake.
+bool LoadMetafileFile(Database& db, std::string_view file, Slot segment, std::string& error);
+
 // The files behind HC_Write_Metafile and HC_Read_Metafile, with paths relative to the session's
 // current segment; failures are reported, not thrown.
 void WriteMetafile(Session& session, std::string_view segment, std::string_view file,

@@ -865,20 +865,47 @@ void WriteMetafile(Session& session, std::string_view segment, std::string_view 
     if (!out) ReportError("cannot write \"" + std::string(file) + "\"");
 }
 
-Slot ReadMetafile(Session& session, std::string_view file, std::string_view segment,
-                  std::string_view /*options*/) {
+namespace {
+
+bool ReadFileText(std::string_view file, std::string& text, std::string& error) {
     std::ifstream in{std::string(file), std::ios::binary};
     if (!in) {
-        ReportError("cannot read \"" + std::string(file) + "\"");
+        error = "cannot read \"" + std::string(file) + "\"";
+        return false;
+    }
+    std::stringstream content;
+    content << in.rdbuf();
+    text = std::move(content).str();
+    return true;
+}
+
+bool LoadFileText(Database& db, std::string_view file, std::string_view text, Slot segment,
+                  std::string& error) {
+    if (LoadMetafileText(db, text, segment, error)) return true;
+    error = std::string(file) + ": " + error;
+    return false;
+}
+
+} // namespace
+
+bool LoadMetafileFile(Database& db, std::string_view file, Slot segment, std::string& error) {
+    std::string text;
+    return ReadFileText(file, text, error) && LoadFileText(db, file, text, segment, error);
+}
+
+// The file is read before the segment is made, so that a file that cannot be read changes
+// nothing.
+Slot ReadMetafile(Session& session, std::string_view file, std::string_view segment,
+                  std::string_view /*options*/) {
+    std::string text, error;
+    if (!ReadFileText(file, text, error)) {
+        ReportError(error);
         return kNoSlot;
     }
-    std::stringstream text;
-    text << in.rdbuf();
     Slot slot = session.ResolvePath(segment.empty() ? "." : segment, true);
     if (slot == kNoSlot) return kNoSlot;
-    std::string error;
-    if (!LoadMetafileText(session.Db(), text.str(), slot, error)) {
-        ReportError(std::string(file) + ": " + error);
+    if (!LoadFileText(session.Db(), file, text, slot, error)) {
+        ReportError(error);
         return kNoSlot;
     }
     return slot;

@@ -1,14 +1,8 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 
-#include <obsidra/hc.h>
-
-namespace hc {
-struct Geometry;
-}
+#include <obsidra/hc_fastpath.h>
 
 // A census of the geometry at and below a key: how many items of each kind, and the faces,
 // triangles and vertices of shells, meshes and polygons. Included segments count each time they
@@ -23,73 +17,40 @@ public:
     virtual void ComputeModelInfo(HC_KEY key, int options);
 
     // Faces of shells (holes are not faces), meshes (two triangles per quad) and polygons.
-    uint32_t GetTotalFaces() const { return m_faces; }
+    uint32_t GetTotalFaces() const { return m_census.faces; }
     // Of those faces, the ones with three vertices.
-    uint32_t GetTotalTriangles() const { return m_triangles; }
-    uint32_t GetTotalVertices() const { return m_vertices; }
+    uint32_t GetTotalTriangles() const { return m_census.triangles; }
+    uint32_t GetTotalVertices() const { return m_census.vertices; }
 
-    uint32_t GetTotalShell() const { return Count(Kind::Shell); }
-    uint32_t GetTotalMesh() const { return Count(Kind::Mesh); }
-    uint32_t GetTotalPolyline() const { return Count(Kind::Polyline); }
-    uint32_t GetTotalLine() const { return Count(Kind::Line); }
-    uint32_t GetTotalPolygon() const { return Count(Kind::Polygon); }
-    uint32_t GetTotalCircle() const { return Count(Kind::Circle); }
-    uint32_t GetTotalCircularArc() const { return Count(Kind::CircularArc); }
-    uint32_t GetTotalCircularChord() const { return Count(Kind::CircularChord); }
-    uint32_t GetTotalCircularWedge() const { return Count(Kind::CircularWedge); }
-    uint32_t GetTotalEllipse() const { return Count(Kind::Ellipse); }
-    uint32_t GetTotalEllipticalArc() const { return Count(Kind::EllipticalArc); }
-    uint32_t GetTotalImage() const { return Count(Kind::Image); }
-    uint32_t GetTotalMarker() const { return Count(Kind::Marker); }
-    uint32_t GetTotalLocalLight() const { return Count(Kind::LocalLight); }
-    uint32_t GetTotalDistantLight() const { return Count(Kind::DistantLight); }
-    uint32_t GetTotalSpotLight() const { return Count(Kind::SpotLight); }
-    uint32_t GetTotalCuttingPlane() const { return Count(Kind::CuttingPlane); }
-    uint32_t GetTotalPolyCylinders() const { return Count(Kind::PolyCylinder); }
-    uint32_t GetTotalCylinders() const { return Count(Kind::Cylinder); }
-    uint32_t GetTotalSpheres() const { return Count(Kind::Sphere); }
-    uint32_t GetTotalNURBSCurves() const { return Count(Kind::NurbsCurve); }
-    uint32_t GetTotalNURBSSurfaces() const { return Count(Kind::NurbsSurface); }
-    uint32_t GetTotalText() const { return Count(Kind::Text); }
-    uint32_t GetTotalInfiniteLines() const { return Count(Kind::InfiniteLine); }
-    uint32_t GetTotalInfiniteRays() const { return Count(Kind::InfiniteRay); }
-    uint32_t GetTotalGrids() const { return Count(Kind::Grid); }
+    uint32_t GetTotalShell() const { return Count(HC_CENSUS_SHELL); }
+    uint32_t GetTotalMesh() const { return Count(HC_CENSUS_MESH); }
+    uint32_t GetTotalPolyline() const { return Count(HC_CENSUS_POLYLINE); }
+    uint32_t GetTotalLine() const { return Count(HC_CENSUS_LINE); }
+    uint32_t GetTotalPolygon() const { return Count(HC_CENSUS_POLYGON); }
+    uint32_t GetTotalCircle() const { return Count(HC_CENSUS_CIRCLE); }
+    uint32_t GetTotalCircularArc() const { return Count(HC_CENSUS_CIRCULAR_ARC); }
+    uint32_t GetTotalCircularChord() const { return Count(HC_CENSUS_CIRCULAR_CHORD); }
+    uint32_t GetTotalCircularWedge() const { return Count(HC_CENSUS_CIRCULAR_WEDGE); }
+    uint32_t GetTotalEllipse() const { return Count(HC_CENSUS_ELLIPSE); }
+    uint32_t GetTotalEllipticalArc() const { return Count(HC_CENSUS_ELLIPTICAL_ARC); }
+    uint32_t GetTotalImage() const { return Count(HC_CENSUS_IMAGE); }
+    uint32_t GetTotalMarker() const { return Count(HC_CENSUS_MARKER); }
+    uint32_t GetTotalLocalLight() const { return Count(HC_CENSUS_LOCAL_LIGHT); }
+    uint32_t GetTotalDistantLight() const { return Count(HC_CENSUS_DISTANT_LIGHT); }
+    uint32_t GetTotalSpotLight() const { return Count(HC_CENSUS_SPOT_LIGHT); }
+    uint32_t GetTotalCuttingPlane() const { return Count(HC_CENSUS_CUTTING_PLANE); }
+    uint32_t GetTotalPolyCylinders() const { return Count(HC_CENSUS_POLYCYLINDER); }
+    uint32_t GetTotalCylinders() const { return Count(HC_CENSUS_CYLINDER); }
+    uint32_t GetTotalSpheres() const { return Count(HC_CENSUS_SPHERE); }
+    uint32_t GetTotalNURBSCurves() const { return Count(HC_CENSUS_NURBS_CURVE); }
+    uint32_t GetTotalNURBSSurfaces() const { return Count(HC_CENSUS_NURBS_SURFACE); }
+    uint32_t GetTotalText() const { return Count(HC_CENSUS_TEXT); }
+    uint32_t GetTotalInfiniteLines() const { return Count(HC_CENSUS_INFINITE_LINE); }
+    uint32_t GetTotalInfiniteRays() const { return Count(HC_CENSUS_INFINITE_RAY); }
+    uint32_t GetTotalGrids() const { return Count(HC_CENSUS_GRID); }
 
 private:
-    enum class Kind {
-        Shell,
-        Mesh,
-        Polyline,
-        Line,
-        Polygon,
-        Circle,
-        CircularArc,
-        CircularChord,
-        CircularWedge,
-        Ellipse,
-        EllipticalArc,
-        Image,
-        Marker,
-        LocalLight,
-        DistantLight,
-        SpotLight,
-        CuttingPlane,
-        PolyCylinder,
-        Cylinder,
-        Sphere,
-        NurbsCurve,
-        NurbsSurface,
-        Text,
-        InfiniteLine,
-        InfiniteRay,
-        Grid,
-        Count
-    };
-    uint32_t Count(Kind kind) const { return m_counts[static_cast<std::size_t>(kind)]; }
-    void AddItem(const hc::Geometry& geometry);
+    uint32_t Count(HC_CENSUS_KIND kind) const { return m_census.counts[kind]; }
 
-    std::array<uint32_t, static_cast<std::size_t>(Kind::Count)> m_counts{};
-    uint32_t m_faces = 0;
-    uint32_t m_triangles = 0;
-    uint32_t m_vertices = 0;
+    HC_CENSUS m_census{};
 };

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include <obsidra/hc.h>
+
 namespace obsidra::tools {
 
 // One sub-command of obsidra-scene: its arguments after the command word; returns the exit code.
@@ -17,7 +19,8 @@ int BrowseCommand(const std::vector<std::string>& args, std::ostream& out, std::
 int SearchCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int InfoCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
-// Loads a scene file into "/" of the database; false (with the reason on err) when it cannot.
-bool LoadScene(const std::string& file, std::ostream& err);
+// Loads a scene file into a segment of the database; false (with the reason on err) when it
+// cannot. Every command that reads a scene reads it this way.
+bool LoadScene(const std::string& file, HC_KEY segment, std::ostream& err);
 
 } // namespace obsidra::tools

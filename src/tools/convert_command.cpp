@@ -9,7 +9,7 @@ int ConvertCommand(const std::vector<std::string>& args, std::ostream&, std::ost
         err << "usage: obsidra-scene convert IN OUT.hmf\n";
         return 2;
     }
-    if (!LoadScene(args[0], err)) return 1;
+    if (!LoadScene(args[0], HC_Create_Segment("/"), err)) return 1;
     HC_Write_Metafile("/", args[1].c_str(), "");
     return 0;
 }

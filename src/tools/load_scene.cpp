@@ -1,29 +1,14 @@
-#include <fstream>
-#include <sstream>
-
-#include <obsidra/hc.h>
+#include <obsidra/hc_fastpath.h>
 
 #include "commands.h"
-#include "hc/database.h"
-#include "hc/metafile.h"
 
 namespace obsidra::tools {
 
-bool LoadScene(const std::string& file, std::ostream& err) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
-        err << "obsidra-scene: cannot read " << file << "\n";
-        return false;
-    }
-    std::stringstream text;
-    text << in.rdbuf();
-    std::string error;
-    hc::Database& db = hc::Current();
-    if (!hc::LoadMetafileText(db, text.str(), db.Root(), error)) {
-        err << "obsidra-scene: " << file << ": " << error << "\n";
-        return false;
-    }
-    return true;
+bool LoadScene(const std::string& file, HC_KEY segment, std::ostream& err) {
+    char error[HC_TEXT_MAX];
+    if (HC_Fast_Read_Metafile(file.c_str(), segment, error)) return true;
+    err << "obsidra-scene: " << error << "\n";
+    return false;
 }
 
 } // namespace obsidra::tools

@@ -62,8 +62,9 @@ int TreeCommand(const std::vector<std::string>& args, std::ostream& out, std::os
         err << "usage: obsidra-scene tree FILE [--depth N]\n";
         return 2;
     }
-    if (!LoadScene(file, err)) return 1;
-    std::vector<Entry> pending{{HC_Create_Segment("/"), 0}};
+    HC_KEY root = HC_Create_Segment("/");
+    if (!LoadScene(file, root, err)) return 1;
+    std::vector<Entry> pending{{root, 0}};
     while (!pending.empty()) {
         Entry entry = pending.back();
         pending.pop_back();
