@@ -15,6 +15,17 @@ for preset in default asan; do
     echo "== ${preset}: test"
     ctest --preset "$preset" -j "$jobs" || status=1
 done
+# A third-party host built against the installed package, calling every export of the module.
+echo "== example host: install, build against the package, run"
+rm -rf build/install build/example-host
+cmake --install build/release --prefix build/install >/dev/null
+if cmake -S examples/host -B build/example-host -G Ninja -DCMAKE_PREFIX_PATH="$PWD/build/install" \
+        >/dev/null && cmake --build build/example-host >/dev/null; then
+    QT_QPA_PLATFORM=offscreen build/example-host/example-host --quit || status=1
+else
+    echo "example host: did not build against the installed package"
+    status=1
+fi
 # A short run of each fuzz target over the bundled examples; any crash, leak or hang fails.
 echo "== fuzz: configure, build and run"
 cmake --preset fuzz >/dev/null
