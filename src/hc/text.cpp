@@ -13,28 +13,6 @@ bool IsBlank(char c) {
 }
 } // namespace
 
-std::string ToLower(std::string_view text) {
-    std::string result(text);
-    for (char& c : result)
-        c = Lower(c);
-    return result;
-}
-
-bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (Lower(a[i]) != Lower(b[i])) return false;
-    return true;
-}
-
-std::string_view Trim(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 std::string CollapseBlanks(std::string_view text) {
     std::string result;
     result.reserve(text.size());
@@ -60,12 +38,6 @@ std::vector<std::string_view> SplitList(std::string_view text, char separator) {
     std::string_view last = Trim(text.substr(start));
     if (!last.empty() || !items.empty()) items.push_back(last);
     return items;
-}
-
-std::string KeyText(int64_t key) {
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%llX", static_cast<unsigned long long>(key));
-    return buffer;
 }
 
 std::string ParseField(std::string_view text, std::string_view delimiter, int offset) {

@@ -5,15 +5,15 @@
 #include <string_view>
 #include <vector>
 
+#include "text/text.h"
+
 namespace hc {
 
-// Names and keywords fold ASCII letters only.
-inline char Lower(char c) {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-std::string ToLower(std::string_view text);
-bool EqualsIgnoreCase(std::string_view a, std::string_view b);
-std::string_view Trim(std::string_view text);
+using obsidra::text::EqualsIgnoreCase;
+using obsidra::text::KeyText;
+using obsidra::text::Lower;
+using obsidra::text::ToLower;
+using obsidra::text::Trim;
 // Trims and folds every run of blanks into one blank.
 std::string CollapseBlanks(std::string_view text);
 // Walks text as option strings and filters are read: a quoted text ("...", '...' or `...`) is
@@ -47,8 +47,6 @@ bool ScanOutsideQuotes(std::string_view text, Visit&& visit) {
 
 // Splits at the separator where it stands outside parentheses and quotes; items are trimmed.
 std::vector<std::string_view> SplitList(std::string_view text, char separator);
-// The key as "%llX" prints it: upper-case hexadecimal, negative keys as 16 digits.
-std::string KeyText(int64_t key);
 // The field at offset (negative offsets count from the end, -1 being the last) of text split at
 // the delimiter's first character, trimmed of blanks; empty when there is no such field.
 std::string ParseField(std::string_view text, std::string_view delimiter, int offset);

@@ -1,12 +1,20 @@
 #include "text/text.h"
 
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 
 namespace obsidra::text {
 
 std::string KeyText(std::int64_t key) {
-    return Format("%llX", static_cast<unsigned long long>(key));
+    // Paths of nameless segments are made of key texts: no printf for them.
+    char buffer[16];
+    const auto [end, error] =
+        std::to_chars(buffer, buffer + sizeof buffer, static_cast<std::uint64_t>(key), 16);
+    std::string text(buffer, end);
+    for (char& c : text)
+        c = Upper(c);
+    return text;
 }
 
 std::string VFormat(const char* format, va_list args) {

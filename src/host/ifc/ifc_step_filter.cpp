@@ -9,6 +9,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include "text/text.h"
+
 namespace obsidra::host::ifc {
 
 namespace {
@@ -54,14 +56,6 @@ private:
     std::string_view m_text;
     std::size_t m_at;
 };
-
-std::string_view Trimmed(std::string_view text) {
-    while (!text.empty() && IsSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && IsSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 std::optional<int> ReadId(std::string_view text, std::size_t& at) {
     int id = 0;
@@ -125,10 +119,10 @@ Instance ReadInstance(std::string_view statement) {
         if (c == ')') --depth;
         if (c == ',' && depth == 1) ++commas;
     }
-    if (!Trimmed(statement.substr(walker.At())).empty()) return instance;
+    if (!obsidra::text::Trim(statement.substr(walker.At())).empty()) return instance;
     const std::size_t close = walker.At() - 1;
     instance.arguments =
-        Trimmed(statement.substr(open + 1, close - open - 1)).empty() ? 0 : commas + 1;
+        obsidra::text::Trim(statement.substr(open + 1, close - open - 1)).empty() ? 0 : commas + 1;
     instance.readable = true;
     return instance;
 }
@@ -156,7 +150,7 @@ bool Acceptable(const Statement& statement, std::string_view text, int arguments
     const Instance& instance = statement.instance;
     if (!instance.readable) {
         std::string excerpt(
-            Trimmed(text.substr(statement.begin, statement.end - 1 - statement.begin)));
+            obsidra::text::Trim(text.substr(statement.begin, statement.end - 1 - statement.begin)));
         if (excerpt.size() > kExcerpt) excerpt = excerpt.substr(0, kExcerpt) + "...";
         std::replace_if(excerpt.begin(), excerpt.end(), IsSpace, ' ');
         warnings.Add("unreadable",
@@ -258,7 +252,7 @@ void SkipUnreadableEntities(std::string& text, const ArgumentsOf& argumentsOf,
                                         text.begin() + static_cast<std::ptrdiff_t>(begin), '\n'));
         counted = begin;
         const std::string_view body =
-            Trimmed(std::string_view(text).substr(begin, walker.At() - 1 - begin));
+            obsidra::text::Trim(std::string_view(text).substr(begin, walker.At() - 1 - begin));
         if (!inData) {
             inData = body == "DATA" || (body.starts_with("DATA") && !IsKeywordChar(body[4]));
             continue;
