@@ -19,11 +19,14 @@ namespace hc {
 class ChangeScope {
 public:
     ChangeScope() { ++s_depth; }
-    ~ChangeScope();
+    ~ChangeScope() {
+        if (--s_depth == 0 && Journal::s_unpublished) PublishChanges();
+    }
     ChangeScope(const ChangeScope&) = delete;
     ChangeScope& operator=(const ChangeScope&) = delete;
 
 private:
+    static void PublishChanges();
     static inline int s_depth = 0;
 };
 

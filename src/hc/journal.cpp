@@ -11,6 +11,7 @@ void Journal::Restart() {
     // The reset itself counts, so that a caller who saw the revision before it learns of it.
     ++m_revision;
     m_floor = m_revision;
+    s_unpublished = true;
 }
 
 HC_CHANGE Journal::At(HC_REVISION revision) const {

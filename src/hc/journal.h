@@ -39,7 +39,11 @@ public:
         if (m_ring.empty()) m_ring.resize(kHistory);
         m_ring[size_t(m_revision) & (kHistory - 1)] = change;
         ++m_revision;
+        s_unpublished = true;
     }
+    // Set by any journal's change, cleared when the current database's listeners were told: the
+    // end of every HC_ call reads this one flag, so that questions pay nothing for the journal.
+    static inline bool s_unpublished = false;
     HC_REVISION Revision() const { return m_revision; }
     // Forgets the history: a question about an earlier revision is answered "too old". Without a
     // change since the last restart there is nothing to forget.

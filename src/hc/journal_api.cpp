@@ -7,8 +7,9 @@ using namespace hc;
 
 namespace hc {
 
-ChangeScope::~ChangeScope() {
-    if (--s_depth == 0) Current().Changes().Publish();
+void ChangeScope::PublishChanges() {
+    Journal::s_unpublished = false;
+    Current().Changes().Publish();
 }
 
 } // namespace hc
