@@ -1,7 +1,6 @@
 // The main of every widget test: one QApplication for the whole run, on the offscreen platform
 // unless the environment names another (the OpenGL tests run under a virtual X server).
 #include <QApplication>
-
 #include <gtest/gtest.h>
 
 // Qt's platform and font libraries keep caches for the life of the process that LeakSanitizer
