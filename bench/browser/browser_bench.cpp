@@ -14,35 +14,15 @@
 #include <obsidra/hc.h>
 
 #include "browser/segment_browser_dlg.h"
-#include "mvo/base_model.h"
-#include "mvo/base_view.h"
+#include "model_of_parts.h"
 
 namespace {
 
 int g_segments = 1000000;
 
 // One scene per process: the model holds "part 0" ... each with one triangle.
-struct Scene {
-    Scene() {
-        HC_Reset_System();
-        model = std::make_unique<HBaseModel>();
-        view = std::make_unique<HBaseView>(model.get());
-        HC_POINT points[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-        int faces[] = {3, 0, 1, 2};
-        HC_Open_Segment_By_Key(model->GetModelKey());
-        for (int i = 0; i < g_segments; ++i) {
-            HC_Open_Segment(("part " + std::to_string(i)).c_str());
-            HC_Insert_Shell(3, points, 4, faces);
-            HC_Close_Segment();
-        }
-        HC_Close_Segment();
-    }
-    std::unique_ptr<HBaseModel> model;
-    std::unique_ptr<HBaseView> view;
-};
-
-Scene& TheScene() {
-    static Scene scene;
+ModelOfParts& TheScene() {
+    static ModelOfParts scene(g_segments);
     return scene;
 }
 
@@ -51,7 +31,7 @@ QTreeWidgetItem* Top(CSegmentBrowserDlg& dialog) {
 }
 
 void BM_OpenDialogWithTopNode(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     for (auto _ : state) {
         CSegmentBrowserDlg dialog(nullptr, scene.view.get());
         dialog.show();
@@ -62,7 +42,7 @@ void BM_OpenDialogWithTopNode(benchmark::State& state) {
 BENCHMARK(BM_OpenDialogWithTopNode)->Unit(benchmark::kMillisecond);
 
 void BM_ExpandTopNodeIntoPages(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     CSegmentBrowserDlg dialog(nullptr, scene.view.get());
     dialog.show();
     for (auto _ : state) {
@@ -79,7 +59,7 @@ BENCHMARK(BM_ExpandTopNodeIntoPages)->Unit(benchmark::kMillisecond);
 
 // The middle page is the farthest from both ends of the subsegment list.
 void BM_ExpandPage(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     CSegmentBrowserDlg dialog(nullptr, scene.view.get());
     dialog.show();
     dialog.Tree()->expandItem(Top(dialog));
@@ -98,7 +78,7 @@ BENCHMARK(BM_ExpandPage)->Unit(benchmark::kMillisecond);
 
 // The last part's name is found once, in the last page, which the search opens.
 void BM_SegmentSearchOneHit(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     CSegmentBrowserDlg dialog(nullptr, scene.view.get());
     dialog.show();
     static_cast<QComboBox*>(dialog.Control(1554))->setCurrentText("Segment");

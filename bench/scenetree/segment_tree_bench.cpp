@@ -7,8 +7,7 @@
 
 #include <obsidra/hc.h>
 
-#include "mvo/base_model.h"
-#include "mvo/base_view.h"
+#include "model_of_parts.h"
 #include "scenetree/hoops_segment_tree.h"
 #include "scenetree/model_texts.h"
 
@@ -17,34 +16,13 @@ namespace {
 constexpr int kMillion = 1000000;
 
 // One scene per process: a model with a million named subsegments, each holding one triangle.
-struct Scene {
-    Scene() {
-        HC_Reset_System();
-        model = std::make_unique<HBaseModel>();
-        view = std::make_unique<HBaseView>(model.get());
-        HC_POINT points[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-        int faces[] = {3, 0, 1, 2};
-        HC_Open_Segment_By_Key(model->GetModelKey());
-        char name[32];
-        for (int i = 0; i < kMillion; ++i) {
-            std::snprintf(name, sizeof name, "part %d", i);
-            HC_Open_Segment(name);
-            HC_Insert_Shell(3, points, 4, faces);
-            HC_Close_Segment();
-        }
-        HC_Close_Segment();
-    }
-    std::unique_ptr<HBaseModel> model;
-    std::unique_ptr<HBaseView> view;
-};
-
-Scene& TheScene() {
-    static Scene scene;
+ModelOfParts& TheScene() {
+    static ModelOfParts scene(kMillion);
     return scene;
 }
 
 void BM_ExpandMillionSubsegmentsIntoPages(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     TreeGraph graph;
     HoopsSegmentTree tree(scene.view.get(), &graph);
     for (auto _ : state) {
@@ -57,7 +35,7 @@ BENCHMARK(BM_ExpandMillionSubsegmentsIntoPages)->Unit(benchmark::kMillisecond);
 
 // The page in the middle is the farthest from both ends of the subsegment list.
 void BM_ExpandPageOfAMillion(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     TreeGraph graph;
     HoopsSegmentTree tree(scene.view.get(), &graph);
     graph.OnExpandItem(tree.GetTopNode(), true);
@@ -74,7 +52,7 @@ BENCHMARK(BM_ExpandPageOfAMillion)->Arg(0)->Arg(500)->Arg(999)->Unit(benchmark::
 
 // Without hits the walk alone is measured; "part 99999" has 11 hits, each revealed in its page.
 void BM_SegmentNameSearchOverAMillion(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     const char* text = state.range(0) ? "part 99999" : "no such part";
     int hits = 0;
     for (auto _ : state) {
@@ -87,7 +65,7 @@ void BM_SegmentNameSearchOverAMillion(benchmark::State& state) {
 BENCHMARK(BM_SegmentNameSearchOverAMillion)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 void BM_CensusOfAMillionShells(benchmark::State& state) {
-    Scene& scene = TheScene();
+    ModelOfParts& scene = TheScene();
     for (auto _ : state)
         benchmark::DoNotOptimize(obsidra::scenetree::CensusLines(scene.model->GetModelKey()));
 }
