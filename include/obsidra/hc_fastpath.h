@@ -49,6 +49,24 @@ enum {
 };
 HC_EXPORT unsigned HC_Fast_Segment_Holds(HC_KEY segment);
 
+/* One item of a contents search with what a walk asks of it next, in one call. */
+typedef struct {
+    HC_KEY key;
+    /* The type word HC_Find_Contents gives ("segment", "shell"), the database's own text. */
+    const char* type;
+    size_t type_length;
+    /* For a segment, what HC_Fast_Segment_Holds and HC_Fast_Segment_Name answer; 0 and NULL
+     * for any other item. */
+    unsigned holds;
+    const char* name;
+    size_t name_length;
+} HC_FAST_CONTENTS_ITEM;
+
+/* The next item of the innermost contents search, as HC_Find_Contents finds it; false at the
+ * end, with item unchanged. A search walking a million segments would otherwise ask three
+ * questions of each. */
+HC_EXPORT bool HC_Fast_Find_Contents(HC_FAST_CONTENTS_ITEM* item);
+
 /* A census of the geometry at and below a key. */
 typedef enum {
     HC_CENSUS_SHELL,
