@@ -48,6 +48,40 @@ QRect CMutiTreeCtrl::CheckBoxRect(NodeIndex node) const {
     return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
 }
 
+void CMutiTreeCtrl::SetFilterText(const QString& text) {
+    const bool wasFiltering = m_model->Filter().Active();
+    if (!wasFiltering) {
+        if (text.isEmpty()) return;
+        m_expandedBeforeFilter.clear();
+        CollectExpanded({}, m_expandedBeforeFilter);
+    }
+    const NodeIndex selected = Tree().Selected();
+    m_model->SetFilter(text.toStdString());
+    if (m_model->Filter().Active()) {
+        expandAll();
+    } else {
+        for (const NodeIndex node : m_expandedBeforeFilter)
+            setExpanded(m_model->IndexOf(node), true);
+        m_expandedBeforeFilter.clear();
+    }
+    // The reset cleared the view's current row; the tree's selection is still the same node.
+    if (const QModelIndex current = m_model->IndexOf(selected); current.isValid()) {
+        setCurrentIndex(current);
+        scrollTo(current);
+    }
+}
+
+// Only expanded rows are walked: the cost is that of the rows the user has opened.
+void CMutiTreeCtrl::CollectExpanded(const QModelIndex& parent,
+                                    std::vector<NodeIndex>& nodes) const {
+    for (int row = 0, rows = m_model->rowCount(parent); row < rows; ++row) {
+        const QModelIndex child = m_model->index(row, 0, parent);
+        if (!isExpanded(child)) continue;
+        nodes.push_back(m_model->NodeOf(child));
+        CollectExpanded(child, nodes);
+    }
+}
+
 void CMutiTreeCtrl::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         const NodeIndex node = m_model->NodeOf(indexAt(event->position().toPoint()));

@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTreeView>
 #include <cstdint>
+#include <vector>
 
 #include "components/qt/component_tree_model.h"
 
@@ -30,6 +31,11 @@ public:
     // box or its row is not shown.
     QRect CheckBoxRect(NodeIndex node) const;
 
+    // Shows only the nodes whose label holds the text, with their ancestors, all expanded. The
+    // first filter remembers which nodes were expanded; an empty text shows the whole tree with
+    // those expanded again and the selected node (the one chosen meanwhile, if any) in view.
+    void SetFilterText(const QString& text);
+
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -38,9 +44,11 @@ protected:
 
 private:
     void ShowInformation(const QString& text);
+    void CollectExpanded(const QModelIndex& parent, std::vector<NodeIndex>& nodes) const;
 
     ComponentTreeModel* m_model;
     QPointer<QPlainTextEdit> m_informationBox;
+    std::vector<NodeIndex> m_expandedBeforeFilter;
 };
 
 } // namespace obsidra::components::qt

@@ -1,6 +1,7 @@
 #include <QComboBox>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -191,6 +192,38 @@ TEST(OrnViewerWithoutProjects, ShowsOnlyTheRoot) {
         EXPECT_EQ(tree->Tree().GetCheckState(tree->Tree().Root()), CheckState::Unchecked);
     }
     EXPECT_EQ(empty.RedrawCount(), 1);
+}
+
+} // namespace
+} // namespace obsidra::components::qt
+
+namespace obsidra::components::qt {
+namespace {
+
+// Typing narrows the tree to the hits and their ancestors, all open; clearing brings back the
+// rows that were open, with the node picked meanwhile still selected.
+TEST_F(OrnViewerTest, TheFilterBoxNarrowsTheTreeAndClearingRestoresIt) {
+    QLineEdit* filter = FindControl<QLineEdit>(m_viewer, OrnViewer::kFilterId);
+    ASSERT_NE(filter, nullptr);
+    Show(kInnerWalls);
+    const QModelIndex structure =
+        Tree()->Model()->IndexOf(sample::FindNode(Model(), {"工程A", "结构"}));
+    ASSERT_FALSE(Tree()->isExpanded(structure));
+
+    QTest::keyClicks(filter, QStringLiteral("qt-001"));
+    const QModelIndex hit = Tree()->Model()->IndexOf(sample::FindNode(Model(), kWallA));
+    ASSERT_TRUE(hit.isValid());
+    EXPECT_FALSE(Tree()->visualRect(hit).isEmpty()) << "every ancestor of a hit is open";
+    EXPECT_FALSE(Tree()->Model()->IndexOf(sample::FindNode(Model(), kInnerWalls)).isValid());
+    Tree()->setCurrentIndex(hit);
+
+    filter->clear();
+    const QModelIndex innerWalls = Tree()->Model()->IndexOf(sample::FindNode(Model(), kInnerWalls));
+    EXPECT_TRUE(Tree()->isExpanded(innerWalls.parent())) << "what was open is open again";
+    EXPECT_FALSE(
+        Tree()->isExpanded(Tree()->Model()->IndexOf(sample::FindNode(Model(), {"工程A", "结构"}))));
+    EXPECT_EQ(Tree()->Model()->NodeOf(Tree()->currentIndex()), sample::FindNode(Model(), kWallA));
+    EXPECT_EQ(Model().Selected(), sample::FindNode(Model(), kWallA));
 }
 
 } // namespace
