@@ -1,7 +1,9 @@
 #include "components/qt/muti_tree_ctrl.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QStyle>
@@ -107,6 +109,34 @@ void CMutiTreeCtrl::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTreeView::keyPressEvent(event);
+}
+
+// "Isolate" and "X-ray" act on the node under the click; "Show all" on the whole building.
+void CMutiTreeCtrl::contextMenuEvent(QContextMenuEvent* event) {
+    const NodeIndex node = m_model->NodeOf(indexAt(event->pos()));
+    QMenu menu(this);
+    const auto add = [&menu](const char* text, int commandId) {
+        QAction* action = menu.addAction(QString::fromUtf8(text));
+        action->setProperty("commandId", commandId);
+        return action;
+    };
+    add("Isolate", kIsolateCommand)->setEnabled(node != kNoNode);
+    add("X-ray", kXRayCommand)->setEnabled(node != kNoNode);
+    add("Show all", kShowAllCommand);
+    QAction* chosen =
+        m_menuRunner ? m_menuRunner(menu, event->globalPos()) : menu.exec(event->globalPos());
+    if (!chosen) return;
+    switch (chosen->property("commandId").toInt()) {
+    case kIsolateCommand:
+        Tree().Isolate(node);
+        break;
+    case kXRayCommand:
+        Tree().XRay(node);
+        break;
+    case kShowAllCommand:
+        Tree().ShowAll();
+        break;
+    }
 }
 
 void CMutiTreeCtrl::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

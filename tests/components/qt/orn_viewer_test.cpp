@@ -1,7 +1,9 @@
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -224,6 +226,41 @@ TEST_F(OrnViewerTest, TheFilterBoxNarrowsTheTreeAndClearingRestoresIt) {
         Tree()->isExpanded(Tree()->Model()->IndexOf(sample::FindNode(Model(), {"工程A", "结构"}))));
     EXPECT_EQ(Tree()->Model()->NodeOf(Tree()->currentIndex()), sample::FindNode(Model(), kWallA));
     EXPECT_EQ(Model().Selected(), sample::FindNode(Model(), kWallA));
+}
+
+} // namespace
+} // namespace obsidra::components::qt
+
+namespace obsidra::components::qt {
+namespace {
+
+// The right button offers the three commands on the node under it; choosing one acts at once.
+TEST_F(OrnViewerTest, TheContextMenuIsolatesXRaysAndShowsAll) {
+    const auto choose = [this](const Path& path, int commandId) {
+        std::vector<int> offered;
+        Tree()->SetMenuRunner([&](QMenu& menu, const QPoint&) -> QAction* {
+            QAction* chosen = nullptr;
+            for (QAction* action : menu.actions()) {
+                offered.push_back(action->property("commandId").toInt());
+                if (offered.back() == commandId) chosen = action;
+            }
+            return chosen;
+        });
+        const QPoint at = Tree()->visualRect(Show(path)).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, Tree()->viewport()->mapToGlobal(at));
+        QApplication::sendEvent(Tree()->viewport(), &event);
+        EXPECT_EQ(offered, (std::vector<int>{2102, 2103, 2104}));
+    };
+    choose(kOuterWallsF1, CMutiTreeCtrl::kIsolateCommand);
+    EXPECT_EQ(m_host.IsVisible(11), true);
+    EXPECT_EQ(m_host.IsVisible(16), false);
+    choose(kOuterWallsF1, CMutiTreeCtrl::kXRayCommand);
+    EXPECT_EQ(m_host.IsXRay(11), false);
+    EXPECT_EQ(m_host.IsXRay(16), true);
+    choose(kWallA, CMutiTreeCtrl::kShowAllCommand);
+    EXPECT_EQ(m_host.IsVisible(16), true);
+    EXPECT_EQ(m_host.IsXRay(16), false);
+    EXPECT_EQ(m_host.RedrawCount(), 3);
 }
 
 } // namespace
