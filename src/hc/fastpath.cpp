@@ -174,10 +174,12 @@ void Census(const Database& db, Slot start, HC_CENSUS& census) {
     }
 }
 
-// Not part of the database: a reset empties the scene, and the services outlive it.
+// Not part of the database: a reset empties the scene, and the services outlive it. Never
+// destroyed, since a library's destructors may still ask for a service at exit (and what the
+// services point at stays reachable from here until the end).
 std::map<std::string, void*, std::less<>>& Services() {
-    static std::map<std::string, void*, std::less<>> services;
-    return services;
+    static auto* services = new std::map<std::string, void*, std::less<>>;
+    return *services;
 }
 
 } // namespace

@@ -16,7 +16,7 @@ struct State {
     HC_KEY segment; // original key, which renumbering leaves valid
     HC_POINT centre;
 };
-constexpr long kStateIndex = 0x4d4e5056;
+constexpr long kStateIndex = 0;
 
 constexpr const char* kKindNames[] = {"translate", "rotate", "scale"};
 constexpr const char* kAxisNames[] = {"x", "y", "z"};
