@@ -9,8 +9,9 @@
 
 namespace {
 
-// A view of a model holding "holder" (moved 10 along x) and in it "part", a 2x2x2 box from the
-// origin, whose centre is (1, 1, 1) in its own coordinates and (11, 1, 1) in the world.
+// A view of a model holding "holder" (turned a quarter about z, then moved 10 along x: a point
+// (x, y, z) of it is (10 - y, x, z) in the world) and in it "part", a 2x2x2 box from the origin,
+// whose centre is (1, 1, 1) in its own coordinates and (9, 1, 1) in the world.
 class Manipulator : public HcTest {
 protected:
     void SetUp() override {
@@ -19,7 +20,7 @@ protected:
         m_view = std::make_unique<HBaseView>(m_model.get());
         HC_Open_Segment_By_Key(m_model->GetModelKey());
         HC_Open_Segment("holder");
-        const float moved[] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 10, 0, 0, 1};
+        const float moved[] = {0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 10, 0, 0, 1};
         HC_Set_Modelling_Matrix(moved);
         m_part = HC_Open_Segment("part");
         const HC_POINT corners[] = {{0, 0, 0}, {2, 2, 2}};
@@ -147,13 +148,13 @@ TEST_F(Manipulator, DragsChangeTheModellingMatrixAndTakeTheHandlesAlong) {
         const char* name;
         HHandleKind kind;
         int axis;
-        HC_POINT from, to; // in the world, where the centre is (11, 1, 1)
+        HC_POINT from, to; // in the world, where the centre is (9, 1, 1)
         HC_POINT origin;   // where the part's origin goes
     } drags[] = {
-        {"move 3 along x", HHandleKind::Translate, 0, {11, 1, 1}, {14, 5, 1}, {3, 0, 0}},
-        {"turn 90 degrees about z", HHandleKind::Rotate, 2, {12, 1, 1}, {11, 2, 7}, {2, 0, 0}},
-        {"stretch twice along x", HHandleKind::Scale, 0, {12, 1, 1}, {13, 4, 1}, {-1, 0, 0}},
-        {"stretch twice along z", HHandleKind::Scale, 2, {11, 1, 0}, {11, 1, -1}, {0, 0, -1}},
+        {"move 3 along x", HHandleKind::Translate, 0, {9, 1, 1}, {5, 4, 1}, {3, 0, 0}},
+        {"turn 90 degrees about z", HHandleKind::Rotate, 2, {9, 2, 1}, {8, 1, 7}, {2, 0, 0}},
+        {"stretch twice along x", HHandleKind::Scale, 0, {9, 2, 1}, {6, 3, 1}, {-1, 0, 0}},
+        {"stretch twice along z", HHandleKind::Scale, 2, {9, 1, 0}, {9, 1, -1}, {0, 0, -1}},
     };
     for (const auto& drag : drags) {
         SCOPED_TRACE(drag.name);
@@ -163,7 +164,7 @@ TEST_F(Manipulator, DragsChangeTheModellingMatrixAndTakeTheHandlesAlong) {
         EXPECT_TRUE(Near(Moved(m_part, {0, 0, 0}), drag.origin));
         // The handles are drawn where the part is: moved as it was, then as its holder is.
         EXPECT_TRUE(Near(Moved(handle.handles, {0, 0, 0}),
-                         {drag.origin.x + 10, drag.origin.y, drag.origin.z}));
+                         {10 - drag.origin.y, drag.origin.x, drag.origin.z}));
         HC_Open_Segment_By_Key(m_part);
         HC_UnSet_Modelling_Matrix();
         HC_Close_Segment();
@@ -172,11 +173,11 @@ TEST_F(Manipulator, DragsChangeTheModellingMatrixAndTakeTheHandlesAlong) {
     // Drags without meaning, and handles that are gone, change nothing.
     ASSERT_TRUE(SetUpAll(m_part));
     const HC_KEY handles = Handles();
-    const HC_POINT centre{11, 1, 1}, aside{12, 1, 1};
+    const HC_POINT centre{9, 1, 1}, aside{9, 2, 1};
     EXPECT_FALSE(
         HUtilityGeomHandle::ApplyDrag({HHandleKind::Rotate, 2, m_part, handles}, centre, aside));
     EXPECT_FALSE(HUtilityGeomHandle::ApplyDrag({HHandleKind::Scale, 0, m_part, handles}, aside,
-                                               HC_POINT{10, 1, 1}));
+                                               HC_POINT{9, 0, 1}));
     EXPECT_FALSE(HUtilityGeomHandle::ApplyDrag({HHandleKind::Translate, 0, m_other, handles},
                                                centre, aside));
     EXPECT_FALSE(HUtilityGeomHandle::ApplyDrag({}, centre, aside));
