@@ -119,6 +119,17 @@ HC_EXPORT void HC_Fast_Census(HC_KEY key, HC_CENSUS* census);
  * caller that asks this way reports the failure itself. */
 HC_EXPORT bool HC_Fast_Read_Metafile(const char* file, HC_KEY segment, char* error);
 
+/* Process-wide services by name: one pointer per name, for what the static layers must share
+ * although each shared object in the process carries its own copy of them (the registry of
+ * input handlers, which a host fills and the module reads). The first caller that finds no
+ * service defines its own; every later caller, in any library, shows that one. Defining null
+ * forgets the name. Resetting the scene keeps them: they belong to the process, not to the
+ * scene. The database only keeps the pointer; what it points at stays its definer's, and
+ * must outlive every caller that may show it. */
+HC_EXPORT void HC_Fast_Define_Service(const char* name, void* service);
+/* The service defined under that name, or NULL. */
+HC_EXPORT void* HC_Fast_Show_Service(const char* name);
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -188,6 +189,14 @@ void Census(const Database& db, Slot start, HC_CENSUS& census) {
     }
 }
 
+// Not part of the database: a reset empties the scene, and the services outlive it. Never
+// destroyed, since a library's destructors may still ask for a service at exit (and what the
+// services point at stays reachable from here until the end).
+std::map<std::string, void*, std::less<>>& Services() {
+    static auto* services = new std::map<std::string, void*, std::less<>>;
+    return *services;
+}
+
 } // namespace
 } // namespace hc
 
@@ -291,6 +300,20 @@ bool HC_Fast_Read_Metafile(const char* file, HC_KEY segment, char* error) {
         return true;
     CopyOut(reason, error);
     return false;
+}
+
+void HC_Fast_Define_Service(const char* name, void* service) {
+    if (!name) return;
+    if (service)
+        Services()[name] = service;
+    else if (auto found = Services().find(std::string_view(name)); found != Services().end())
+        Services().erase(found);
+}
+
+void* HC_Fast_Show_Service(const char* name) {
+    if (!name) return nullptr;
+    auto found = Services().find(std::string_view(name));
+    return found == Services().end() ? nullptr : found->second;
 }
 
 } // extern "C"
