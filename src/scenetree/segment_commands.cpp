@@ -353,4 +353,12 @@ void SegmentCommands::UndefineAttribute(TreeGraphItem* node) {
     if (m_tree.UndefineAttribute(node)) UpdateView();
 }
 
+void SegmentCommands::DoubleClick(TreeGraphItem* node) {
+    if (!Usable(node)) return;
+    bool edits = m_tree.IsAttributeLine(node) || m_tree.IsDefinitionLine(node);
+    for (const char* kind : {"TEXT", "DISTANT LIGHT", "LOCAL LIGHT", "SPOT LIGHT"})
+        edits = edits || m_tree.IsGeometryOfKind(node, kind);
+    if (edits) Edit(node);
+}
+
 } // namespace obsidra::scenetree

@@ -111,6 +111,8 @@ public:
     void AddInclude(TreeGraphItem* node) { AddLink(node, false); }
     void GotoStyleInclude(TreeGraphItem* node);
     void UndefineAttribute(TreeGraphItem* node);
+    // A double-click edits an attribute line, a definition line, a text or a light at once.
+    void DoubleClick(TreeGraphItem* node);
 
 private:
     void AddLink(TreeGraphItem* node, bool style);
