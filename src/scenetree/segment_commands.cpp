@@ -208,11 +208,15 @@ void SegmentCommands::CutSegment(TreeGraphItem* node) {
         if (view->GetSelection()->IsSelected(key)) view->GetSelection()->DeSelect(key);
     HC_Open_Segment(kCutSegment);
     HC_Flush_Contents(".", "everything");
-    // Cutting the clipboard, or a segment in it, has just flushed what was to be moved.
-    const bool alive = IsAlive(key);
-    if (alive) HC_Move_By_Key(key, ".");
+    // A segment in the clipboard has just been flushed; one above it cannot move into it, and
+    // its node stays.
+    bool gone = !IsAlive(key);
+    if (!gone) {
+        HC_Move_By_Key(key, ".");
+        gone = SegmentPath(key).starts_with(std::string(kCutSegment) + "/");
+    }
     HC_Close_Segment();
-    m_tree.RemoveNode(node);
+    if (gone) m_tree.RemoveNode(node);
     UpdateView();
 }
 

@@ -89,6 +89,11 @@ TEST_F(SegmentCommandsTest, CuttingTwoKeepsTheSecondAndPastingTwiceAddsTwice) {
     EXPECT_EQ(Types("...", "shells").size(), 2u) << "each paste copies the clipboard again";
     Close();
     EXPECT_EQ(Path(b), "/cutgeometry/b") << "the clipboard keeps its segment";
+
+    Run(kCmdCutSegment, MakeTree(HC_Open_Segment("/")).GetTopNode());
+    HC_Close_Segment();
+    EXPECT_EQ(TakeErrors().size(), 1u) << "the root cannot move into the clipboard";
+    EXPECT_NE(Top(), nullptr) << "and its node stays";
 }
 
 TEST_F(SegmentCommandsTest, TakingTheOnlyChildOffAPageRebuildsThePages) {
@@ -242,6 +247,22 @@ TEST_F(SegmentCommandsTest, EditAppendsCoordinatesAndAppliesTheEditedText) {
     EXPECT_EQ(Tree().GetNetAttributeText(part, "COLOR"), "faces=green");
     Run(5269, part);
     EXPECT_EQ(m_host.shown.back(), (std::pair<std::string, std::string>{"faces=green", ""}));
+}
+
+TEST_F(SegmentCommandsTest, ADoubleClickEditsTextsButNotShellsOrSegments) {
+    OpenModelPath(ModelKey(), "part");
+    Triangle();
+    HC_Insert_Text(0, 0, 0, "label");
+    Close(2);
+    TreeGraphItem* part = Open(Expand(Top()), "part");
+    TreeGraphItem* geometry = Open(part, "GEOMETRY");
+    SegmentCommands commands(Tree(), m_host);
+    commands.DoubleClick(part);
+    commands.DoubleClick(Open(geometry, "SHELL")->GetFirstChild());
+    EXPECT_TRUE(m_host.shown.empty());
+    commands.DoubleClick(Open(geometry, "TEXT")->GetFirstChild());
+    ASSERT_EQ(m_host.shown.size(), 1u);
+    EXPECT_NE(m_host.shown[0].first.find("Text: label"), std::string::npos);
 }
 
 TEST_F(SegmentCommandsTest, ShowBoundingShowsTheCircumcuboid) {
