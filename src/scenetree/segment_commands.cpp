@@ -190,7 +190,7 @@ void SegmentCommands::Optimize(TreeGraphItem* node) {
     const HC_KEY key = SegmentKey(node);
     if (!key) return;
     const std::optional<OptimizeOptions> choices = m_host.OptimizeChoices();
-    if (!choices) return;
+    if (!choices || !IsAlive(key)) return;
     const std::string options = ComposeOptimizeOptions(*choices);
     {
         SegmentScope open(key);
@@ -237,9 +237,10 @@ void SegmentCommands::DeleteSegment(TreeGraphItem* node) {
 }
 
 void SegmentCommands::FlushSegmentContents(TreeGraphItem* node) {
-    if (!SegmentKey(node)) return;
+    const HC_KEY key = SegmentKey(node);
+    if (!key) return;
     const std::optional<std::string> types = m_host.EditText(std::string(), "Flush Content Types");
-    if (!types || types->empty()) return;
+    if (!types || types->empty() || !IsAlive(key)) return;
     m_tree.Flush(node, types->c_str());
     UpdateView();
 }
@@ -272,7 +273,7 @@ void SegmentCommands::LoadIntoSegment(TreeGraphItem* node) {
     const HC_KEY key = SegmentKey(node);
     if (!key) return;
     const std::optional<std::string> file = m_host.OpenFileName({"", "hsf", false});
-    if (!file) return;
+    if (!file || !IsAlive(key)) return;
     if (HUtility::FindFileNameExtension(*file).empty()) {
         m_host.ShowMessage(kNoExtensionMessage);
         return;
@@ -298,7 +299,7 @@ void SegmentCommands::SaveToHmf(TreeGraphItem* node) {
     if (!key) return;
     const std::optional<std::string> file =
         m_host.SaveFileName({"HOOPS MetaFile File (*.hmf)|*.hmf||", "hmf", true});
-    if (!file) return;
+    if (!file || !IsAlive(key)) return;
     SegmentScope open(key);
     HC_Write_Metafile(".", file->c_str(), kSaveOptions);
 }
@@ -322,7 +323,7 @@ void SegmentCommands::AddLink(TreeGraphItem* node, bool style) {
     const HC_KEY key = SegmentKey(node);
     if (!key) return;
     const std::optional<std::string> name = m_host.EditText(std::string(), std::string());
-    if (!name || name->empty()) return;
+    if (!name || name->empty() || !IsAlive(key)) return;
     HC_KEY link = 0;
     {
         SegmentScope open(key);

@@ -84,7 +84,8 @@ inline constexpr char kNoExtensionMessage[] =
     "Error: No file extension. Could not determine input file format.\n";
 
 // The commands over one tree; cheap to make for each command. Every command does nothing
-// without a node or with a node whose object is gone.
+// without a node or with a node whose object is gone, also when the object went while the host
+// was asking the user.
 class SegmentCommands {
 public:
     SegmentCommands(HoopsSegmentTree& tree, SegmentCommandHost& host)

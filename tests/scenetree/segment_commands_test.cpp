@@ -19,17 +19,23 @@ public:
     std::optional<std::string> EditText(const std::string& text,
                                         const std::string& caption) override {
         shown.emplace_back(text, caption);
+        Asking();
         return edit ? edit(text) : std::nullopt;
     }
     std::optional<std::string> OpenFileName(const FileRequest& request) override {
         requests.push_back(request);
+        Asking();
         return file;
     }
     std::optional<std::string> SaveFileName(const FileRequest& request) override {
         requests.push_back(request);
+        Asking();
         return file;
     }
-    std::optional<OptimizeOptions> OptimizeChoices() override { return optimize; }
+    std::optional<OptimizeOptions> OptimizeChoices() override {
+        Asking();
+        return optimize;
+    }
     void ShowMessage(const std::string& text) override { messages.push_back(text); }
     void RebuildTree() override { ++rebuilds; }
 
@@ -41,6 +47,13 @@ public:
     std::vector<FileRequest> requests;
     std::vector<std::string> messages;
     int rebuilds = 0;
+    // What happens in the scene while a question is open.
+    std::function<void()> whileAsking;
+
+private:
+    void Asking() {
+        if (whileAsking) std::exchange(whileAsking, nullptr)();
+    }
 };
 
 class SegmentCommandsTest : public SegmentTreeTest {
@@ -345,6 +358,15 @@ TEST_F(SegmentCommandsTest, NoNodeADeadKeyOrAnUnknownIdDoesNothing) {
     EXPECT_EQ(m_view->GetUpdateCount(), updates);
     EXPECT_FALSE(Run(1, node));
     EXPECT_FALSE(HUtility::SegmentExists(kCutSegment));
+
+    // The segment may go while the user is being asked.
+    for (int command : {kCmdFlushSegmentContents, kCmdAddStyle, kCmdOptimize, kCmdSaveToHmf,
+                        kCmdLoadIntoSegment}) {
+        const HC_KEY doomed = Make("doomed");
+        m_host.whileAsking = [doomed] { HC_Delete_By_Key(doomed); };
+        Run(command, Open(Expand(MakeTree().GetTopNode()), "doomed"));
+        EXPECT_FALSE(HUtility::SegmentExists(ModelPath().append("/doomed").c_str())) << command;
+    }
 }
 
 } // namespace
