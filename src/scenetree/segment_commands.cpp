@@ -3,11 +3,11 @@
 #include <cstring>
 
 #include "mvo/base_view.h"
+#include "mvo/geom_handle.h"
 #include "mvo/hdb.h"
 #include "mvo/utility.h"
 #include "scenetree/edit_appendix.h"
 #include "scenetree/hoops_segment_tree.h"
-#include "scenetree/manipulator.h"
 #include "scenetree/scene_access.h"
 
 namespace obsidra::scenetree {
@@ -291,7 +291,9 @@ void SegmentCommands::LoadIntoSegment(TreeGraphItem* node) {
 }
 
 void SegmentCommands::ActivateManipulator(TreeGraphItem* node) {
-    if (const HC_KEY key = SegmentKey(node)) SetupManipulator(key, m_tree.GetView());
+    if (const HC_KEY key = SegmentKey(node))
+        HUtilityGeomHandle::SetupManipulator(key, m_tree.GetView(), nullptr, true, true, true, true,
+                                             true, true);
 }
 
 void SegmentCommands::SaveToHmf(TreeGraphItem* node) {

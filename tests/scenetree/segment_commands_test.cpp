@@ -4,6 +4,7 @@
 #include <functional>
 #include <unistd.h>
 
+#include "mvo/geom_handle.h"
 #include "mvo/model_info.h"
 #include "mvo/utility.h"
 #include "scenetree/segment_commands.h"
@@ -285,6 +286,9 @@ TEST_F(SegmentCommandsTest, ShowBoundingShowsTheCircumcuboid) {
     Run(kCmdShowBounding, Open(Expand(Top()), "part"));
     EXPECT_EQ(m_host.shown.back().first,
               "Bounding: Min = 0.000000 0.000000 0.000000   Max = 1.000000 1.000000 0.000000");
+
+    Run(5286, Open(Expand(Top()), "part")); // "Activate Manipulator"
+    EXPECT_EQ(HUtilityGeomHandle::GetManipulatedSegment(m_view.get()), Make("part"));
 }
 
 TEST_F(SegmentCommandsTest, SavedSubtreeLoadsIntoAnotherSegment) {
