@@ -37,6 +37,8 @@ XMLEditorDlg2::XMLEditorDlg2(QWidget* owner, const QString& text, const QString&
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     setFixedSize(DialogUnitsToPixels(QRect(QPoint(), kTemplateSize), base).size());
     m_editor->setFocus();
+    // The text is read from its start, whatever width the first layout gives the edit.
+    m_editor->moveCursor(QTextCursor::Start);
 }
 
 void XMLEditorDlg2::accept() {
