@@ -39,13 +39,24 @@ HoopsSegmentTree::HoopsSegmentTree(HBaseView* view, TreeGraph* graph, HC_KEY sta
     m_graph->Reset();
     if (!m_graph->GetRoot()) m_graph->SetRoot(new TreeGraphItem(m_graph));
     m_graph->SetMessageTarget(this);
+    MakeTopNode();
+}
+
+void HoopsSegmentTree::MakeTopNode() {
     TreeGraphItem* root = m_graph->GetRoot();
     DeleteChildren(root);
+    m_topNode = nullptr;
     root->SetLabel("model");
     root->SetKey(m_startKey);
     if (!IsAlive(m_startKey)) return;
     m_topNode = MakeSegmentNode(root, m_startKey, 0);
     UpdateSelectionState(m_topNode);
+}
+
+void HoopsSegmentTree::OpenNode(TreeGraphItem* node) {
+    if (node->GetExpandedMark()) return;
+    m_graph->OnExpandItem(node, true);
+    node->Expand();
 }
 
 HoopsSegmentTree::~HoopsSegmentTree() {
@@ -70,7 +81,9 @@ TreeGraphItem* HoopsSegmentTree::MakeNode(TreeGraphItem* parent, const NodeData&
 TreeGraphItem* HoopsSegmentTree::MakeSegmentNode(TreeGraphItem* parent, HC_KEY key,
                                                  std::uint32_t flags) {
     bool hasContents = false;
-    {
+    if (m_nameFilter) {
+        hasContents = FilteredParent(key);
+    } else {
         SegmentScope open(key);
         ContentsSearch search("everything, first match");
         std::string type;
@@ -345,6 +358,7 @@ void HoopsSegmentTree::ExpandKeyed(TreeGraphItem* node) {
 }
 
 void HoopsSegmentTree::ExpandSegment(TreeGraphItem* node, HC_KEY segment) {
+    if (m_nameFilter) return ExpandFilteredSegment(node, segment);
     DeleteChildren(node);
     std::uint32_t inherited = node->GetFlags() & kFlagInStaticModel;
     bool hasStaticModel = false, hasGeometry = false, hasDefinitions = false;
@@ -402,6 +416,12 @@ void HoopsSegmentTree::ExpandSegmentPage(TreeGraphItem* page) {
     if (!PageRange(page, NodeKind::SegmentPage, first, last) || !owner) return;
     DeleteChildren(page);
     std::uint32_t inherited = page->GetFlags() & kFlagInStaticModel;
+    if (m_nameFilter) {
+        const std::vector<HC_KEY> kept = FilteredSubsegments(owner->GetKey());
+        for (size_t i = static_cast<size_t>(first - 1); i < kept.size() && i < size_t(last); ++i)
+            OpenFiltered(MakeSegmentNode(page, kept[i], inherited));
+        return;
+    }
     for (HC_KEY key : SubsegmentKeys(owner->GetKey(), first - 1, last - 1))
         UpdateSelectionState(MakeSegmentNode(page, key, inherited));
 }

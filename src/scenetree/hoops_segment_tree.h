@@ -10,7 +10,9 @@
 // same step; a node whose object was deleted behind the tree's back is left as it stands, and
 // no key is used before the database has said it is alive.
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +21,7 @@
 
 #include "descriptors/descriptor_lists.h"
 #include "mvo/base_view.h"
+#include "scenetree/name_filter.h"
 #include "scenetree/node_kind.h"
 #include "scenetree/notifier.h"
 #include "treegraph/tree_graph.h"
@@ -139,6 +142,21 @@ public:
     }
     const std::vector<TreeGraphItem*>& GetRevealedNodes() const { return m_revealed; }
 
+    // --- Filtering by segment name (name_filter_tree.cpp) --------------------------------------
+    // Shows below the top node only the segments whose own name holds text (ASCII case aside,
+    // found in the database, not among the nodes made so far) and the segments that lead to
+    // them, every one of those open; a segment list longer than a page stays in pages, of which
+    // the first is opened. The first filter remembers which nodes were open; an empty text
+    // shows the whole tree again with those open. cancel, read while the database is walked,
+    // stops a filter that a newer one replaces: the tree is then left as it was. Returns the
+    // number of hits, or -1 when cancelled.
+    long SetNameFilter(std::string_view text, const std::atomic<bool>* cancel = nullptr);
+    bool IsNameFiltered() const { return m_nameFilter != nullptr; }
+    // The segment keys from the top node down to a node (pages and groups left out), and the
+    // node such a chain leads to, opening what it passes; null when the chain breaks.
+    std::vector<HC_KEY> SegmentChain(const TreeGraphItem* node) const;
+    TreeGraphItem* RevealSegmentChain(const std::vector<HC_KEY>& chain);
+
     // --- What the browser's commands ask (tree_commands.cpp) -----------------------------------
     // A line for the named attribute under a segment or geometry item node (at the end when
     // position is -1, else before the child of that index), showing its present value.
@@ -248,6 +266,23 @@ private:
     TreeGraphItem* Reveal(const obsidra::scenetree::SearchResult& result, TreeGraphItem* start);
     TreeGraphItem* FindChildFor(TreeGraphItem* node, HC_KEY key);
 
+    struct NameFilterState {
+        obsidra::scenetree::SegmentNameMatches matches;
+    };
+    // A node's place for reopening it in a tree made again: (key, data word) of each node from
+    // the top node's child down to it.
+    using NodeTrail = std::vector<std::pair<HC_KEY, std::uint64_t>>;
+    void MakeTopNode();
+    // Expands a node as a click on its expander would, unless it is open already.
+    void OpenNode(TreeGraphItem* node);
+    void ExpandFilteredSegment(TreeGraphItem* node, HC_KEY segment);
+    // The subsegments of a segment that the name filter keeps, as the database lists them.
+    std::vector<HC_KEY> FilteredSubsegments(HC_KEY segment) const;
+    void OpenFiltered(TreeGraphItem* node);
+    // Whether the name filter keeps a subsegment of the segment.
+    bool FilteredParent(HC_KEY segment) const;
+    void CollectOpenTrails(TreeGraphItem* node, NodeTrail& trail, std::vector<NodeTrail>& out);
+
     HBaseView* m_view;
     TreeGraph* m_graph;
     SegmentTreeNotifier* m_notifier;
@@ -257,4 +292,6 @@ private:
     obsidra::descriptors::DescriptorLists m_lists;
     std::vector<obsidra::scenetree::SearchResult> m_results;
     std::vector<TreeGraphItem*> m_revealed;
+    std::unique_ptr<NameFilterState> m_nameFilter;
+    std::vector<NodeTrail> m_openBeforeFilter;
 };

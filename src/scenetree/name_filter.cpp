@@ -76,9 +76,13 @@ SegmentNameMatches FilterSegmentNames(HC_KEY root, std::string_view text,
         const char* name = HC_Fast_Segment_Name(key, &length);
         if (name && Holds({name, length}, lowerText)) {
             ++matches.hits;
-            // Up the path until a segment that is kept already: its own path is kept with it.
-            for (auto step = path.rbegin(); step != path.rend(); ++step)
-                if (!matches.keep.insert(*step).second) break;
+            // Up the path until a segment that is a parent already: its own path is kept with
+            // it. (A segment kept as a hit only becomes a parent here.)
+            matches.keep.insert(key);
+            for (auto step = path.rbegin() + 1; step != path.rend(); ++step) {
+                matches.keep.insert(*step);
+                if (!matches.parents.insert(*step).second) break;
+            }
             pendingHits.push_back(key);
             if (pendingHits.size() >= batch) {
                 handOver();

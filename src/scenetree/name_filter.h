@@ -20,6 +20,8 @@ struct SegmentNameMatches {
     // The hits and every segment between a hit and the root, the root included; empty when
     // nothing matched.
     std::unordered_set<HC_KEY> keep;
+    // Of those, the segments with a kept subsegment: the ones a filtered tree opens.
+    std::unordered_set<HC_KEY> parents;
     size_t hits = 0;
     // Stopped by the cancel flag: keep and hits hold what was found until then.
     bool cancelled = false;

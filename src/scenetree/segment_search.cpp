@@ -358,12 +358,6 @@ void HoopsSegmentTree::RecordHit(SearchRun& run, int depth, HC_KEY item) {
 namespace {
 
 // Expands a node through the graph, as a click on its expander would, unless it is expanded.
-void Open(TreeGraph* graph, TreeGraphItem* node) {
-    if (node->GetExpandedMark()) return;
-    graph->OnExpandItem(node, true);
-    node->Expand();
-}
-
 TreeGraphItem* ChildWithKey(TreeGraphItem* node, HC_KEY key) {
     for (TreeGraphItem* child = node->GetFirstChild(); child; child = child->GetNextSibling())
         if (child->GetKey() == key) return child;
@@ -386,7 +380,7 @@ TreeGraphItem* HoopsSegmentTree::OpenGroup(TreeGraphItem* node, NodeKind kind,
     for (TreeGraphItem* child = node->GetFirstChild(); child; child = child->GetNextSibling()) {
         NodeData data = DataOf(child);
         if (data.kind == kind && data.index == index) {
-            Open(m_graph, child);
+            OpenNode(child);
             return child;
         }
     }
@@ -417,7 +411,7 @@ TreeGraphItem* HoopsSegmentTree::FindChildFor(TreeGraphItem* node, HC_KEY key) {
             if (range.kind != NodeKind::SegmentPage || position < static_cast<int>(range.first) ||
                 position > static_cast<int>(range.last))
                 continue;
-            Open(m_graph, page);
+            OpenNode(page);
             return ChildWithOriginalKey(page, original);
         }
         return nullptr;
@@ -445,7 +439,7 @@ TreeGraphItem* HoopsSegmentTree::FindChildFor(TreeGraphItem* node, HC_KEY key) {
         if (TreeGraphItem* found = ChildWithKey(kind, key)) return found;
         for (TreeGraphItem* page = kind->GetFirstChild(); page; page = page->GetNextSibling()) {
             if (KindOf(page) != NodeKind::ReferencePage) continue;
-            Open(m_graph, page);
+            OpenNode(page);
             if (TreeGraphItem* found = ChildWithKey(page, key)) return found;
         }
         return nullptr;
@@ -464,7 +458,7 @@ TreeGraphItem* HoopsSegmentTree::FindChildFor(TreeGraphItem* node, HC_KEY key) {
 TreeGraphItem* HoopsSegmentTree::Reveal(const SearchResult& result, TreeGraphItem* start) {
     TreeGraphItem* node = start;
     for (size_t i = 1; i < result.keys.size() && node; ++i) {
-        Open(m_graph, node);
+        OpenNode(node);
         node = FindChildFor(node, result.keys[i]);
     }
     return node;

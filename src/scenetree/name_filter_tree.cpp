@@ -1,0 +1,107 @@
+// The segment tree filtered by segment name: only the segments that lead to a hit, open.
+
+#include <algorithm>
+
+#include <obsidra/hc_fastpath.h>
+
+#include "scenetree/hoops_segment_tree.h"
+#include "scenetree/scene_access.h"
+
+using namespace obsidra::scenetree;
+
+long HoopsSegmentTree::SetNameFilter(std::string_view text, const std::atomic<bool>* cancel) {
+    if (text.empty()) {
+        if (!m_nameFilter) return 0;
+        m_nameFilter.reset();
+        MakeTopNode();
+        for (const NodeTrail& trail : m_openBeforeFilter) {
+            TreeGraphItem* node = m_topNode;
+            if (node) OpenNode(node);
+            for (auto step = trail.begin(); node && step != trail.end(); ++step) {
+                TreeGraphItem* child = node->GetFirstChild();
+                while (child &&
+                       (child->GetKey() != step->first || child->GetData() != step->second))
+                    child = child->GetNextSibling();
+                if (child) OpenNode(child);
+                node = child;
+            }
+        }
+        m_openBeforeFilter.clear();
+        return 0;
+    }
+    if (!m_topNode) return 0;
+    auto state = std::make_unique<NameFilterState>();
+    state->matches = FilterSegmentNames(m_startKey, text, cancel);
+    if (state->matches.cancelled) return -1;
+    if (!m_nameFilter) {
+        m_openBeforeFilter.clear();
+        NodeTrail trail;
+        if (m_topNode->GetExpandedMark()) m_openBeforeFilter.push_back(trail);
+        CollectOpenTrails(m_topNode, trail, m_openBeforeFilter);
+    }
+    m_nameFilter = std::move(state);
+    MakeTopNode();
+    if (m_topNode) OpenFiltered(m_topNode);
+    return static_cast<long>(m_nameFilter->matches.hits);
+}
+
+bool HoopsSegmentTree::FilteredParent(HC_KEY segment) const {
+    return m_nameFilter && m_nameFilter->matches.parents.count(segment) != 0;
+}
+
+std::vector<HC_KEY> HoopsSegmentTree::FilteredSubsegments(HC_KEY segment) const {
+    std::vector<HC_KEY> kept;
+    if (!FilteredParent(segment)) return kept;
+    const int count = HC_Fast_Subsegment_Count(segment);
+    std::vector<HC_KEY> all(static_cast<size_t>(count));
+    if (count > 0)
+        all.resize(static_cast<size_t>(HC_Fast_Subsegment_Keys(segment, 0, count - 1, all.data())));
+    const auto& keep = m_nameFilter->matches.keep;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(kept),
+                 [&keep](HC_KEY key) { return keep.count(key) != 0; });
+    return kept;
+}
+
+// Only the kept subsegments, and no grouping nodes: the filter is about segments.
+void HoopsSegmentTree::ExpandFilteredSegment(TreeGraphItem* node, HC_KEY segment) {
+    DeleteChildren(node);
+    const std::uint32_t inherited = node->GetFlags() & kFlagInStaticModel;
+    const std::vector<HC_KEY> kept = FilteredSubsegments(segment);
+    if (kept.size() > static_cast<size_t>(kPageSize)) {
+        MakePages(node, NodeKind::SegmentPage, static_cast<int>(kept.size()));
+        if (TreeGraphItem* first = node->GetFirstChild()) OpenNode(first);
+        return;
+    }
+    for (HC_KEY key : kept)
+        OpenFiltered(MakeSegmentNode(node, key, inherited));
+}
+
+// A kept segment is opened when a hit lies below it; hits themselves stay closed.
+void HoopsSegmentTree::OpenFiltered(TreeGraphItem* node) {
+    UpdateSelectionState(node);
+    if (FilteredParent(node->GetKey())) OpenNode(node);
+}
+
+void HoopsSegmentTree::CollectOpenTrails(TreeGraphItem* node, NodeTrail& trail,
+                                         std::vector<NodeTrail>& out) {
+    for (TreeGraphItem* child = node->GetFirstChild(); child; child = child->GetNextSibling()) {
+        if (!child->GetExpandedMark()) continue;
+        trail.emplace_back(child->GetKey(), child->GetData());
+        out.push_back(trail);
+        CollectOpenTrails(child, trail, out);
+        trail.pop_back();
+    }
+}
+
+std::vector<HC_KEY> HoopsSegmentTree::SegmentChain(const TreeGraphItem* node) const {
+    std::vector<HC_KEY> chain;
+    for (; node && node != m_graph->GetRoot(); node = node->GetParent())
+        if (KindOf(node) == NodeKind::Segment) chain.push_back(node->GetKey());
+    std::reverse(chain.begin(), chain.end());
+    return chain;
+}
+
+TreeGraphItem* HoopsSegmentTree::RevealSegmentChain(const std::vector<HC_KEY>& chain) {
+    if (chain.empty() || !m_topNode) return nullptr;
+    return Reveal(SearchResult{chain}, m_topNode);
+}
