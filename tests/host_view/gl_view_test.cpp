@@ -3,11 +3,14 @@
 #include <QApplication>
 #include <QSignalSpy>
 #include <QTest>
+#include <functional>
 #include <gtest/gtest.h>
+#include <string>
 
 #include <obsidra/hc.h>
 #include <obsidra/hc_fastpath.h>
 
+#include "host/ifc/ifc_importer.h"
 #include "host/view/scene_view_widget.h"
 #include "host/view/viewer_view.h"
 #include "mvo/base_model.h"
@@ -121,24 +124,47 @@ TEST_F(GlViewTest, TheBrowsersFitAndBoundingReachTheView) {
     EXPECT_TRUE(Reddish(CentrePixel()));
 }
 
-TEST_F(GlViewTest, SnapshotsOfTheExamples) {
-    HC_Open_Segment_By_Key(m_model->GetModelKey());
+// Draws what fill() loads into the emptied model from the front, writes it to name (in the test's
+// working directory, to look at) and answers how much of the picture is not background.
+double SnapshotOf(SceneViewWidget& widget, HC_KEY model, const char* name,
+                  const std::function<void()>& fill) {
+    HC_Open_Segment_By_Key(model);
     HC_Flush_Contents(".", "everything");
     HC_Close_Segment();
-    char error[HC_TEXT_MAX];
-    ASSERT_TRUE(HC_Fast_Read_Metafile(OBSIDRA_EXAMPLES "/house.hmf", m_model->GetModelKey(), error))
-        << error;
-    m_widget->resize(640, 480);
-    m_widget->GetCamera().Orbit(0, -1000); // from below, then up to a view from the front
-    m_widget->GetCamera().Orbit(0, 205);
-    m_widget->FitAll();
-    QImage image = m_widget->Snapshot();
-    image.save("house.png");
-    int coloured = 0;
+    fill();
+    widget.resize(640, 480);
+    widget.GetCamera().Orbit(0, -1000); // from below, then up to a view from the front
+    widget.GetCamera().Orbit(0, 205);
+    widget.FitAll();
+    QImage image = widget.Snapshot();
+    image.save(name);
+    int coloured = 0, all = 0;
     for (int y = 0; y < image.height(); y += 4)
-        for (int x = 0; x < image.width(); x += 4)
+        for (int x = 0; x < image.width(); x += 4, ++all)
             coloured += image.pixelColor(x, y) != image.pixelColor(0, 0);
-    EXPECT_GT(coloured, image.width() * image.height() / 16 / 5) << "the house fills the view";
+    return static_cast<double>(coloured) / all;
+}
+
+TEST_F(GlViewTest, SnapshotsOfTheExamples) {
+    HC_KEY model = m_model->GetModelKey();
+    // The showcase is mostly thin curves and small items.
+    for (auto [example, least] : {std::pair{"house", 0.15}, std::pair{"showcase", 0.03}}) {
+        std::string file = std::string(OBSIDRA_EXAMPLES "/") + example + ".hmf";
+        double coloured =
+            SnapshotOf(*m_widget, model, (std::string(example) + ".png").c_str(), [&] {
+                char error[HC_TEXT_MAX];
+                EXPECT_TRUE(HC_Fast_Read_Metafile(file.c_str(), model, error)) << error;
+            });
+        EXPECT_GT(coloured, least) << example << " fills the view";
+    }
+    double coloured = SnapshotOf(*m_widget, model, "ifc.png", [&] {
+        auto result = ifc::ImportIfcFile(OBSIDRA_IFC_SAMPLES "/IfcOpenHouse_IFC4.ifc");
+        EXPECT_TRUE(result.building) << result.error;
+        HC_Open_Segment_By_Key(model);
+        HC_Include_Segment("/ifc");
+        HC_Close_Segment();
+    });
+    EXPECT_GT(coloured, 0.15) << "the IFC building fills the view";
 }
 
 } // namespace

@@ -338,6 +338,25 @@ void NurbsCurve(HC_KEY key, Emitter& out) {
     out.Outline(points, false, Part::Lines);
 }
 
+void NurbsSurface(HC_KEY key, Emitter& out) {
+    int uDegree = 0, vDegree = 0, uCount = 0, vCount = 0;
+    HC_Show_NURBS_Surface_Size(key, &uDegree, &vDegree, &uCount, &vCount);
+    if (uCount < 2 || vCount < 2 || !out.Shows(Part::Faces)) return;
+    std::vector<HC_POINT> control(static_cast<size_t>(uCount) * vCount);
+    std::vector<float> weights(control.size()), uKnots(uCount + uDegree + 1),
+        vKnots(vCount + vDegree + 1);
+    HC_Show_NURBS_Surface(key, &uDegree, &vDegree, &uCount, &vCount, control.data(), weights.data(),
+                          uKnots.data(), vKnots.data());
+    // The control net stands for the surface, as the control polygon does for a curve.
+    // u runs fastest, as the control points are given.
+    auto at = [&](int u, int v) { return FromHc(control[static_cast<size_t>(v) * uCount + u]); };
+    for (int u = 0; u + 1 < uCount; ++u)
+        for (int v = 0; v + 1 < vCount; ++v) {
+            out.Triangle(at(u, v), at(u + 1, v), at(u + 1, v + 1));
+            out.Triangle(at(u, v), at(u + 1, v + 1), at(u, v + 1));
+        }
+}
+
 // The item's own colour and visibility over what its segment passes down.
 Look ItemLook(HC_KEY item, const NetState& net) {
     if (HC_Show_Existence_By_Key(item, "color, visibility") <= 0)
@@ -402,6 +421,8 @@ void ExtractItem(HC_KEY item, std::string_view type, const NetState& net, DrawBa
         PolyCylinder(item, out);
     } else if (type == "nurbs curve") {
         NurbsCurve(item, out);
+    } else if (type == "nurbs surface") {
+        NurbsSurface(item, out);
     }
 }
 
