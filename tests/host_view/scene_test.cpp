@@ -346,6 +346,15 @@ TEST_F(SceneTest, PickFindsTheNearestItemAndItsPath) {
     const auto& links = cache.Instances()[hit.instance].links;
     EXPECT_EQ(SelectionPath(hit.item, links, 0, root), (std::vector<HC_KEY>{far, include, root}));
     EXPECT_EQ(SelectionPath(hit.item, links, include, root), (std::vector<HC_KEY>{far, root}));
+
+    // A line is picked within a few pixels of it, ahead of the face it lies on.
+    HC_Open_Segment("/scene/near");
+    HC_KEY line = HC_Insert_Line(0, 0.5, 0, 1, 0.5, 0);
+    HC_Close_Segment();
+    cache.Sync();
+    ASSERT_TRUE(camera.Project({0.5f, 0.5f, 1}, centre));
+    EXPECT_EQ(Pick(cache, camera, centre.x + 2, centre.y + 2).item, line);
+    EXPECT_EQ(Pick(cache, camera, centre.x + 10, centre.y + 10).item, far);
 }
 
 TEST_F(SceneTest, WorldBoundsFollowTheIncludePath) {

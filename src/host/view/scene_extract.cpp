@@ -187,22 +187,12 @@ std::vector<Vec3> ArcPoints(const Circle& circle, Vec3 through, Vec3 last, bool 
 
 enum class Curve { Circle, Arc, Chord, Wedge };
 
-void CircleKind(HC_KEY key, Curve kind, Emitter& out) {
+// How each kind shows its three points.
+using ShowThreePoints = void (*)(HC_KEY, HC_POINT*, HC_POINT*, HC_POINT*);
+
+void CircleKind(HC_KEY key, ShowThreePoints show, Curve kind, Emitter& out) {
     HC_POINT p[3] = {};
-    switch (kind) {
-    case Curve::Circle:
-        HC_Show_Circle(key, &p[0], &p[1], &p[2]);
-        break;
-    case Curve::Arc:
-        HC_Show_Circular_Arc(key, &p[0], &p[1], &p[2]);
-        break;
-    case Curve::Chord:
-        HC_Show_Circular_Chord(key, &p[0], &p[1], &p[2]);
-        break;
-    case Curve::Wedge:
-        HC_Show_Circular_Wedge(key, &p[0], &p[1], &p[2]);
-        break;
-    }
+    show(key, &p[0], &p[1], &p[2]);
     Circle circle;
     if (!CircleThrough(FromHc(p[0]), FromHc(p[1]), FromHc(p[2]), circle)) {
         out.Outline({FromHc(p[0]), FromHc(p[1]), FromHc(p[2])}, false, Part::Lines);
@@ -404,13 +394,13 @@ void ExtractItem(HC_KEY item, std::string_view type, const NetState& net, DrawBa
             HC_Show_Text(item, &x, &y, &z, nullptr);
         if (out.Shows(part)) out.Point({x, y, z}, part);
     } else if (type == "circle") {
-        CircleKind(item, Curve::Circle, out);
+        CircleKind(item, HC_Show_Circle, Curve::Circle, out);
     } else if (type == "circular arc") {
-        CircleKind(item, Curve::Arc, out);
+        CircleKind(item, HC_Show_Circular_Arc, Curve::Arc, out);
     } else if (type == "circular chord") {
-        CircleKind(item, Curve::Chord, out);
+        CircleKind(item, HC_Show_Circular_Chord, Curve::Chord, out);
     } else if (type == "circular wedge") {
-        CircleKind(item, Curve::Wedge, out);
+        CircleKind(item, HC_Show_Circular_Wedge, Curve::Wedge, out);
     } else if (type == "ellipse" || type == "elliptical arc") {
         EllipseKind(item, type == "elliptical arc", out);
     } else if (type == "sphere") {

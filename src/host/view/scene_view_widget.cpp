@@ -48,6 +48,7 @@ void SceneViewWidget::ReleaseGl() {
 }
 
 void SceneViewWidget::FitAll() {
+    m_camera.SetViewport(width(), height());
     m_cache.Sync();
     m_camera.Fit(m_cache.Bounds());
     m_fitPending = false;
@@ -61,6 +62,7 @@ QImage SceneViewWidget::Snapshot() {
 void SceneViewWidget::FitItem(HC_KEY key, int count, const HC_KEY* path) {
     Box box = WorldBounds(key, count, path);
     if (box.Empty()) return;
+    m_camera.SetViewport(width(), height());
     m_camera.Fit(box);
     m_fitPending = false;
     update();
@@ -72,6 +74,7 @@ void SceneViewWidget::ShowBounding(bool show, HC_KEY key, int count, const HC_KE
 }
 
 void SceneViewWidget::PickAt(const QPoint& point) {
+    m_camera.SetViewport(width(), height());
     m_cache.Sync();
     PickHit hit =
         Pick(m_cache, m_camera, static_cast<float>(point.x()), static_cast<float>(point.y()));
@@ -93,10 +96,6 @@ void SceneViewWidget::initializeGL() {
     // A widget moved to another window gets a new context: the buffers go with the old one.
     connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &SceneViewWidget::ReleaseGl,
             Qt::UniqueConnection);
-}
-
-void SceneViewWidget::resizeGL(int width, int height) {
-    m_camera.SetViewport(width, height);
 }
 
 void SceneViewWidget::paintGL() {
