@@ -1,6 +1,6 @@
 // The headless half of the 3D view: net looks, what each kind of geometry draws, the batches a
 // walk builds and which of them a change rebuilds, picking and item bounds.
-#include <cstring>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -65,6 +65,7 @@ TEST(NetLookTest, ColourTexts) {
         {"(diffuse=(r=0 g=1 b=0),transmission=(r=0.5 g=0.5 b=0.5))", MakeRgba(0, 1, 0)},
         {"no such colour", std::nullopt},
         {"(r=1 g=0)", std::nullopt},
+        {"(r=nan g=2 b=-1)", MakeRgba(0, 1, 0)},
         {"", std::nullopt},
     };
     for (const auto& row : rows)
@@ -155,6 +156,14 @@ TEST_F(SceneTest, EachKindDrawsWhatItShould) {
         EXPECT_LE(batch.bounds.max.x, 2.001f) << curve.name;
         EXPECT_GE(batch.bounds.min.x, -0.501f) << curve.name;
     }
+
+    // A point that is not a number is drawn as the driver likes but stays out of the box.
+    HC_POINT odd[] = {{0, 0, 0}, {std::nanf(""), 0, 0}, {1, 1, 0}};
+    HC_KEY polyline = HC_Insert_Polyline(3, odd);
+    DrawBatch batch;
+    ExtractItem(polyline, "polyline", NetState{}, batch);
+    EXPECT_EQ(batch.lines.vertices.size(), 4u);
+    EXPECT_FLOAT_EQ(batch.bounds.max.x, 1);
     HC_Close_Segment();
 }
 

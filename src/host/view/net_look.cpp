@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cmath>
 #include <cstdlib>
 
 #include "text/text.h"
@@ -146,7 +146,8 @@ const std::string* OptionMap::Find(std::string_view name) const {
 
 Rgba MakeRgba(float r, float g, float b, float a) {
     auto byte = [](float v) {
-        return static_cast<Rgba>(std::clamp(v, 0.0f, 1.0f) * 255.0f + 0.5f);
+        return static_cast<Rgba>((std::isfinite(v) ? std::clamp(v, 0.0f, 1.0f) : 0.0f) * 255.0f +
+                                 0.5f);
     };
     return byte(r) | byte(g) << 8 | byte(b) << 16 | byte(a) << 24;
 }

@@ -70,7 +70,10 @@ public:
 private:
     void Put(Primitives& primitives, Vec3 p, Rgba colour) {
         Vec3 world = m_identity ? p : Transform(m_matrix, p);
-        m_batch.bounds.Add(world);
+        // A point that is not a number is kept (the database keeps it) but must not spoil the
+        // box the camera fits.
+        if (std::isfinite(world.x) && std::isfinite(world.y) && std::isfinite(world.z))
+            m_batch.bounds.Add(world);
         primitives.vertices.push_back({world.x, world.y, world.z, colour});
     }
 
