@@ -34,6 +34,8 @@ SceneViewWidget::SceneViewWidget(HBaseModel* model, QWidget* parent)
 SceneViewWidget::~SceneViewWidget() {
     HC_UnDefine_Change_Listener(&SceneViewWidget::OnChanges, this);
     ReleaseGl();
+    // The base class destroys the context after this object is gone: it must not call back.
+    if (context()) disconnect(context(), nullptr, this, nullptr);
 }
 
 void SceneViewWidget::OnChanges(const HC_CHANGE* /*changes*/, int /*count*/, void* user) {
