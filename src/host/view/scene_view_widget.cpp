@@ -1,7 +1,9 @@
 #include "host/view/scene_view_widget.h"
 
+#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QOpenGLContext>
+#include <QResizeEvent>
 #include <QWheelEvent>
 
 #include "host/view/item_bounds.h"
@@ -58,6 +60,13 @@ void SceneViewWidget::FitAll() {
 }
 
 QImage SceneViewWidget::Snapshot() {
+    // A hidden widget keeps a resize pending until it is shown, and with it the size of its
+    // framebuffer: a script that never shows the view still gets a picture of the size it set.
+    if (testAttribute(Qt::WA_PendingResizeEvent)) {
+        QResizeEvent resize(size(), size());
+        QCoreApplication::sendEvent(this, &resize);
+        setAttribute(Qt::WA_PendingResizeEvent, false);
+    }
     return grabFramebuffer();
 }
 
