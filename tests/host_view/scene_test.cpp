@@ -62,7 +62,8 @@ TEST(NetLookTest, ColourTexts) {
         {"Light  Blue", MakeRgba(0.5f, 0.5f, 1)},
         {"dark red", MakeRgba(0.5f, 0, 0)},
         {"(r=0.750 g=0.730 b=0.680)", MakeRgba(0.75f, 0.73f, 0.68f)},
-        {"(diffuse=(r=0 g=1 b=0),transmission=(r=0.5 g=0.5 b=0.5))", MakeRgba(0, 1, 0)},
+        {"(diffuse=(r=0 g=1 b=0),transmission=(r=1 g=1 b=1))", MakeRgba(0, 1, 0, 0)},
+        {"(diffuse=red)", MakeRgba(1, 0, 0)},
         {"no such colour", std::nullopt},
         {"(r=1 g=0)", std::nullopt},
         {"(r=nan g=2 b=-1)", MakeRgba(0, 1, 0)},
@@ -156,6 +157,17 @@ TEST_F(SceneTest, EachKindDrawsWhatItShould) {
         EXPECT_LE(batch.bounds.max.x, 2.001f) << curve.name;
         EXPECT_GE(batch.bounds.min.x, -0.501f) << curve.name;
     }
+
+    // Translucent faces are kept apart, to be drawn last.
+    NetState glass;
+    glass.colour.Merge("faces=(diffuse=(r=0 g=0 b=1),transmission=(r=0.6 g=0.6 b=0.6))", true);
+    HC_KEY pane = Square();
+    DrawBatch panes;
+    ExtractItem(pane, "shell", glass, panes);
+    EXPECT_TRUE(panes.triangles.Empty());
+    ASSERT_EQ(panes.translucent.vertices.size(), 6u);
+    EXPECT_EQ(panes.translucent.ItemOf(1), pane);
+    EXPECT_EQ(panes.lines.vertices.size(), 8u);
 
     // A point that is not a number is drawn as the driver likes but stays out of the box.
     HC_POINT odd[] = {{0, 0, 0}, {std::nanf(""), 0, 0}, {1, 1, 0}};

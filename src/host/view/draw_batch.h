@@ -41,12 +41,22 @@ struct Primitives {
 };
 
 struct DrawBatch {
-    Primitives triangles; // three vertices each
-    Primitives lines;     // two vertices each
-    Primitives points;    // markers and text positions
-    Box bounds;           // world space
+    Primitives triangles;   // three vertices each
+    Primitives lines;       // two vertices each
+    Primitives points;      // markers and text positions
+    Primitives translucent; // triangles whose colour lets light through, drawn last
+    Box bounds;             // world space
 
-    bool Empty() const { return triangles.Empty() && lines.Empty() && points.Empty(); }
+    // The kinds by number, in the order they are drawn, with their vertices per primitive.
+    static constexpr int kKinds = 4;
+    static constexpr int kVerticesPer[kKinds] = {3, 2, 1, 3};
+    const Primitives& Kind(int kind) const {
+        const Primitives* kinds[kKinds] = {&triangles, &lines, &points, &translucent};
+        return *kinds[kind];
+    }
+    bool Empty() const {
+        return triangles.Empty() && lines.Empty() && points.Empty() && translucent.Empty();
+    }
 };
 
 } // namespace obsidra::host::view

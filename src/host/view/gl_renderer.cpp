@@ -42,11 +42,12 @@ void main() {
 }
 )";
 
-constexpr GLenum kModes[] = {GL_TRIANGLES, GL_LINES, GL_POINTS};
-constexpr int kPerPrimitive[] = {3, 2, 1};
+// By the batch's kinds; the last one is drawn blended, after everything else.
+constexpr GLenum kModes[DrawBatch::kKinds] = {GL_TRIANGLES, GL_LINES, GL_POINTS, GL_TRIANGLES};
+constexpr int kTranslucent = DrawBatch::kKinds - 1;
 
-const Primitives& KindOf(const DrawBatch& batch, int kind) {
-    return kind == 0 ? batch.triangles : kind == 1 ? batch.lines : batch.points;
+bool IsFaces(int kind) {
+    return kind == 0 || kind == kTranslucent;
 }
 
 } // namespace
@@ -99,7 +100,7 @@ void GlRenderer::Upload(const SceneCache& cache, int id) {
     bool alive = id < static_cast<int>(instances.size()) && instances[id].alive;
     for (int kind = 0; kind < kKinds; ++kind) {
         const std::vector<Vertex>* vertices =
-            alive ? &KindOf(instances[id].batch, kind).vertices : nullptr;
+            alive ? &instances[id].batch.Kind(kind).vertices : nullptr;
         if (!vertices || vertices->empty()) {
             if (gpu.vbo[kind]) {
                 glDeleteBuffers(1, &gpu.vbo[kind]);
@@ -124,10 +125,10 @@ void GlRenderer::Upload(const SceneCache& cache, int id) {
 
 void GlRenderer::Draw(const GpuBatch& batch, int kind, int first, int count) {
     if (!batch.vao[kind] || count <= 0) return;
-    if (kind == 0) m_program->setUniformValue(m_shadedLocation, true);
+    if (IsFaces(kind)) m_program->setUniformValue(m_shadedLocation, true);
     glBindVertexArray(batch.vao[kind]);
     glDrawArrays(kModes[kind], first, count);
-    if (kind == 0) m_program->setUniformValue(m_shadedLocation, false);
+    if (IsFaces(kind)) m_program->setUniformValue(m_shadedLocation, false);
     ++m_stats.drawCalls;
 }
 
@@ -155,10 +156,21 @@ void GlRenderer::Render(SceneCache& cache, const Camera& camera, HSelectionSet* 
     m_program->setUniformValue(m_shadedLocation, false);
 
     const auto& instances = cache.Instances();
-    for (int id = 0; id < static_cast<int>(m_batches.size()); ++id)
-        if (id < static_cast<int>(instances.size()) && instances[id].alive)
-            for (int kind = 0; kind < kKinds; ++kind)
-                Draw(m_batches[id], kind, 0, m_batches[id].vertices[kind]);
+    auto drawAll = [&](int firstKind, int lastKind) {
+        for (int id = 0; id < static_cast<int>(m_batches.size()); ++id)
+            if (id < static_cast<int>(instances.size()) && instances[id].alive)
+                for (int kind = firstKind; kind <= lastKind; ++kind)
+                    Draw(m_batches[id], kind, 0, m_batches[id].vertices[kind]);
+    };
+    drawAll(0, kTranslucent - 1);
+    // Translucent faces over what they let show through, unsorted: they keep the depth they
+    // find and write none, so each shows whatever else lies behind it.
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glDepthMask(GL_FALSE);
+    drawAll(kTranslucent, kTranslucent);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_BLEND);
 
     if (selection && selection->GetSize() > 0) {
         std::unordered_set<HC_KEY> selected;
@@ -195,19 +207,20 @@ void GlRenderer::DrawHighlight(const SceneCache& cache,
         if (id >= static_cast<int>(instances.size()) || !instances[id].alive) continue;
         bool whole = isInSelected(id);
         for (int kind = 0; kind < kKinds; ++kind) {
-            const Primitives& primitives = KindOf(instances[id].batch, kind);
+            const Primitives& primitives = instances[id].batch.Kind(kind);
             if (whole) {
                 Draw(m_batches[id], kind, 0, m_batches[id].vertices[kind]);
                 continue;
             }
             const auto& runs = primitives.runs;
-            int total = static_cast<int>(primitives.vertices.size()) / kPerPrimitive[kind];
+            int total =
+                static_cast<int>(primitives.vertices.size()) / DrawBatch::kVerticesPer[kind];
             for (size_t r = 0; r < runs.size(); ++r) {
                 if (!selected.contains(runs[r].item)) continue;
                 int first = static_cast<int>(runs[r].first);
                 int end = r + 1 < runs.size() ? static_cast<int>(runs[r + 1].first) : total;
-                Draw(m_batches[id], kind, first * kPerPrimitive[kind],
-                     (end - first) * kPerPrimitive[kind]);
+                Draw(m_batches[id], kind, first * DrawBatch::kVerticesPer[kind],
+                     (end - first) * DrawBatch::kVerticesPer[kind]);
             }
         }
     }

@@ -41,7 +41,7 @@ public:
     const FrameStats& LastFrame() const { return m_stats; }
 
 private:
-    static constexpr int kKinds = 3; // triangles, lines, points
+    static constexpr int kKinds = DrawBatch::kKinds;
     struct GpuBatch {
         unsigned vao[kKinds] = {};
         unsigned vbo[kKinds] = {};

@@ -106,6 +106,21 @@ std::optional<float> Component(std::string_view text, char name) {
     return std::nullopt;
 }
 
+// The colour after "part=" in a material text: a parenthesised colour or a name.
+std::optional<Rgba> MaterialPart(const std::string& material, std::string_view part) {
+    size_t at = material.find(part);
+    if (at == std::string::npos) return std::nullopt;
+    size_t equals = material.find('=', at);
+    if (equals == std::string::npos) return std::nullopt;
+    std::string_view value = Trim(std::string_view(material).substr(equals + 1));
+    if (!value.empty() && value.front() == '(') {
+        size_t close = value.find(')');
+        return close == std::string_view::npos ? std::nullopt
+                                               : ParseColour(value.substr(0, close + 1));
+    }
+    return ParseColour(value.substr(0, value.find_first_of(",)")));
+}
+
 } // namespace
 
 void OptionMap::Merge(std::string_view text, bool colour) {
@@ -154,13 +169,17 @@ Rgba MakeRgba(float r, float g, float b, float a) {
 
 std::optional<Rgba> ParseColour(std::string_view text) {
     std::string lowered = Lowered(Trim(text));
-    if (size_t diffuse = lowered.find("diffuse"); diffuse != std::string::npos) {
-        size_t open = lowered.find('(', diffuse);
-        size_t close = open == std::string::npos ? open : lowered.find(')', open);
-        if (close != std::string::npos) return ParseColour(lowered.substr(open, close - open + 1));
-        size_t equals = lowered.find('=', diffuse);
-        if (equals == std::string::npos) return std::nullopt;
-        return ParseColour(lowered.substr(equals + 1));
+    if (lowered.find("diffuse") != std::string::npos) {
+        std::optional<Rgba> diffuse = MaterialPart(lowered, "diffuse");
+        // What a material lets through makes it translucent.
+        if (std::optional<Rgba> through = MaterialPart(lowered, "transmission");
+            diffuse && through) {
+            float level = static_cast<float>((*through & 0xFF) + (*through >> 8 & 0xFF) +
+                                             (*through >> 16 & 0xFF)) /
+                          (3 * 255.0f);
+            *diffuse = (*diffuse & 0xFFFFFF) | (MakeRgba(0, 0, 0, 1 - level) & 0xFF000000);
+        }
+        return diffuse;
     }
     if (!lowered.empty() && lowered.front() == '(') {
         auto r = Component(lowered, 'r'), g = Component(lowered, 'g'), b = Component(lowered, 'b');

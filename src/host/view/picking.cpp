@@ -73,11 +73,12 @@ PickHit Pick(const SceneCache& cache, const Camera& camera, float x, float y, fl
         const SegmentInstance& instance = instances[id];
         if (!instance.alive || instance.batch.Empty()) continue;
         const DrawBatch& batch = instance.batch;
-        if (!batch.triangles.Empty() && RayHitsBox(ray, batch.bounds)) {
-            const auto& v = batch.triangles.vertices;
+        for (const Primitives* triangles : {&batch.triangles, &batch.translucent}) {
+            if (triangles->Empty() || !RayHitsBox(ray, batch.bounds)) continue;
+            const auto& v = triangles->vertices;
             for (std::uint32_t t = 0; 3 * t + 2 < v.size(); ++t) {
                 float d = RayHitsTriangle(ray, At(v[3 * t]), At(v[3 * t + 1]), At(v[3 * t + 2]));
-                if (d > 0 && d < best.distance) offer(d, batch.triangles.ItemOf(t), id);
+                if (d > 0 && d < best.distance) offer(d, triangles->ItemOf(t), id);
             }
         }
         const auto& lines = batch.lines.vertices;

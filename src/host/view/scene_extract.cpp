@@ -34,13 +34,15 @@ public:
     }
 
     void Triangle(Vec3 a, Vec3 b, Vec3 c) {
+        Rgba colour = m_look.ColourOf(Part::Faces);
+        bool opaque = colour >> 24 == 0xFF;
+        Primitives& triangles = opaque ? m_batch.triangles : m_batch.translucent;
         if (!m_beganTriangles) {
-            m_batch.triangles.BeginItem(m_item, 3);
+            triangles.BeginItem(m_item, 3);
             m_beganTriangles = true;
         }
-        Rgba colour = m_look.ColourOf(Part::Faces);
         for (Vec3 p : {a, b, c})
-            Put(m_batch.triangles, p, colour);
+            Put(triangles, p, colour);
     }
     void Line(Vec3 a, Vec3 b, Part part) {
         if (!m_beganLines) {
