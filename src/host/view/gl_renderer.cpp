@@ -239,9 +239,7 @@ void GlRenderer::DrawOverlay(const Box& box) {
                     edges.push_back({p.x, p.y, p.z, colour});
                     edges.push_back({q.x, q.y, q.z, colour});
                 }
-        if (!m_overlay.vao[1]) {
-            CreateArray(m_overlay.vao[1], m_overlay.vbo[1]);
-        }
+        if (!m_overlay.vao[1]) CreateArray(m_overlay.vao[1], m_overlay.vbo[1]);
         glBindBuffer(GL_ARRAY_BUFFER, m_overlay.vbo[1]);
         glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(edges.size() * sizeof(Vertex)),
                      edges.data(), GL_DYNAMIC_DRAW);
