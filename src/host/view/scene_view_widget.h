@@ -3,10 +3,16 @@
 
 #include <QImage>
 #include <QOpenGLWidget>
+#include <QPoint>
 #include <memory>
 #include <vector>
 
 #include <obsidra/hc.h>
+#include <obsidra/hc_journal.h>
+
+#include "host/view/camera.h"
+#include "host/view/gl_renderer.h"
+#include "host/view/scene_cache.h"
 
 class HBaseModel;
 
@@ -28,6 +34,21 @@ public:
     // Draws once into an image of the widget's size (works without a screen under xvfb).
     QImage Snapshot();
 
+    // Sets the camera so that an item, reached through an include path (bottom-up, as the
+    // selection set holds it), fills the view; nothing happens for an item with no bounds.
+    void FitItem(HC_KEY key, int count, const HC_KEY* path);
+    // Shows the box of an item reached through an include path on top of the scene, or hides it.
+    void ShowBounding(bool show, HC_KEY key, int count, const HC_KEY* path);
+    // Selects the nearest item under a point of the widget, as a click does.
+    void PickAt(const QPoint& point);
+
+    Camera& GetCamera() { return m_camera; }
+    const SceneCache& GetSceneCache() const { return m_cache; }
+    // Draw calls and buffer uploads of the last frame drawn.
+    const FrameStats& LastFrameStats() const { return m_renderer.LastFrame(); }
+    // Whether OpenGL 3.3 core came up; when it did not, the view stays empty.
+    bool HasRenderer() const { return m_renderer.IsInitialized(); }
+
 signals:
     // A click selected an item: its key and its include path, bottom-up as the selection set
     // holds it. key is -1 when the click hit nothing and the selection was cleared.
@@ -36,9 +57,24 @@ signals:
 protected:
     void initializeGL() override;
     void paintGL() override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
+    static void OnChanges(const HC_CHANGE* changes, int count, void* user);
+    void ReleaseGl();
+
     std::unique_ptr<ViewerView> m_view;
+    SceneCache m_cache;
+    Camera m_camera;
+    GlRenderer m_renderer;
+    Box m_overlay;
+    bool m_fitPending = true;
+    QPoint m_pressAt;
+    QPoint m_lastAt;
+    bool m_dragged = false;
 };
 
 } // namespace obsidra::host::view

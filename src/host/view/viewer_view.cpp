@@ -14,12 +14,12 @@ void ViewerView::Update() {
 
 void ViewerView::FitItemByPath(HC_KEY key, int count, const HC_KEY* path) {
     HBaseView::FitItemByPath(key, count, path);
-    m_widget->update();
+    m_widget->FitItem(key, count, path);
 }
 
 void ViewerView::VisualizeBounding(bool show, HC_KEY key, int count, const HC_KEY* path) {
     HBaseView::VisualizeBounding(show, key, count, path);
-    m_widget->update();
+    m_widget->ShowBounding(show, key, count, path);
 }
 
 } // namespace obsidra::host::view
