@@ -1,8 +1,10 @@
 // obsidra-browse: the segment browser over a scene file, until a viewer hosts it.
 //
 // --open A/B/C opens the rows labelled A, B and C from the top node down and selects the last
-// (repeatable); --screenshot writes a picture of the dialog instead of waiting for the user.
+// (repeatable); --filter TEXT types TEXT into the name filter box; --screenshot writes a picture
+// of the dialog instead of waiting for the user.
 #include <QApplication>
+#include <QLineEdit>
 #include <QPixmap>
 #include <QStringList>
 #include <cstring>
@@ -16,7 +18,8 @@
 namespace {
 
 int Usage() {
-    std::cerr << "usage: obsidra-browse FILE [--open LABEL/LABEL/...]... [--screenshot OUT.png]\n";
+    std::cerr << "usage: obsidra-browse FILE [--open LABEL/LABEL/...]... [--filter TEXT]"
+                 " [--screenshot OUT.png]\n";
     return 2;
 }
 
@@ -47,9 +50,12 @@ int main(int argc, char** argv) {
     std::string file;
     std::string screenshot;
     std::vector<QString> paths;
+    QString filter;
     for (int i = 1; i < argc; ++i) {
         if (!std::strcmp(argv[i], "--screenshot") && i + 1 < argc)
             screenshot = argv[++i];
+        else if (!std::strcmp(argv[i], "--filter") && i + 1 < argc)
+            filter = QString::fromUtf8(argv[++i]);
         else if (!std::strcmp(argv[i], "--open") && i + 1 < argc)
             paths.push_back(QString::fromUtf8(argv[++i]));
         else if (file.empty())
@@ -65,6 +71,10 @@ int main(int argc, char** argv) {
     dialog.show();
     for (const QString& path : paths)
         OpenPath(*dialog.Tree(), path);
+    if (!filter.isEmpty()) {
+        static_cast<QLineEdit*>(dialog.Control(CSegmentBrowserDlg::kNameFilterId))->setText(filter);
+        dialog.ApplyNameFilter();
+    }
     if (screenshot.empty()) return app.exec();
 
     QApplication::processEvents();

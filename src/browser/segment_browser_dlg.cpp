@@ -67,7 +67,9 @@ const ControlTemplate kTemplate[] = {
     {kLocateButton, Kind::Button, "搜索几何", {303, 23, 51, 14}},
     {kLocateResult, Kind::Result, "", {162, 39, 192, 18}},
     {kInformationList, Kind::Existing, "", {7, 59, 347, 37}},
-    {kTree, Kind::Existing, "Tree1", {7, 98, 347, 338}},
+    // Ours, beyond the template: the name filter above the tree, which gives up its top for it.
+    {CSegmentBrowserDlg::kNameFilterId, Kind::Edit, "", {7, 98, 347, 12}},
+    {kTree, Kind::Existing, "Tree1", {7, 112, 347, 324}},
     {kOk, Kind::Button, "OK", {314, 446, 40, 14}},
 };
 
@@ -196,6 +198,16 @@ void CSegmentBrowserDlg::CreateControls() {
     connect(static_cast<QPushButton*>(Control(kLocateButton)), &QPushButton::clicked, this,
             &CSegmentBrowserDlg::LocateShell);
 
+    auto* filter = static_cast<QLineEdit*>(Control(kNameFilterId));
+    filter->setPlaceholderText(QStringLiteral("Filter segments by name"));
+    filter->setClearButtonEnabled(true);
+    // Keys typed while a filter runs arrive together: only the last text is filtered.
+    m_filterTimer.setSingleShot(true);
+    m_filterTimer.setInterval(0);
+    connect(filter, &QLineEdit::textChanged, &m_filterTimer, qOverload<>(&QTimer::start));
+    connect(&m_filterTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::ApplyNameFilter);
+    m_treeBelowFilter = GetTreeControl()->y() - filter->y();
+
     setMinimumSize(kMinimumSize);
     resize(obsidra::browser::DialogUnitsToPixels(QRect(QPoint(), kTemplateSize), base).size());
 }
@@ -213,6 +225,11 @@ void CSegmentBrowserDlg::Rebuild() {
     const int row = static_cast<QListWidget*>(Control(kRootList))->currentRow();
     const bool showBounding = m_model && m_model->GetShowBounding();
     m_model.reset();
+    // A new tree starts whole: the filter box is emptied without filtering the old one.
+    {
+        const QSignalBlocker quiet(Control(kNameFilterId));
+        static_cast<QLineEdit*>(Control(kNameFilterId))->clear();
+    }
     switch (row) {
     case 0:
         if (m_view) m_rootKey = m_view->GetModel()->GetModelKey();
@@ -265,6 +282,21 @@ void CSegmentBrowserDlg::Search() {
     else
         return;
     SelectFirstHit();
+}
+
+// The node current in the filtered tree stays current in the whole one, in sight.
+void CSegmentBrowserDlg::ApplyNameFilter() {
+    if (!m_model) return;
+    const QByteArray text = static_cast<QLineEdit*>(Control(kNameFilterId))->text().toUtf8();
+    const std::vector<HC_KEY> current =
+        m_model->SegmentChain(WindowsTreeGraphItem::FromHandle(Tree()->currentItem()));
+    m_model->SetNameFilter(text.toStdString());
+    if (!text.isEmpty() || current.empty()) return;
+    auto* node = static_cast<WindowsTreeGraphItem*>(m_model->RevealSegmentChain(current));
+    if (QTreeWidgetItem* handle = node ? node->GetHandle() : nullptr) {
+        Tree()->setCurrentItem(handle);
+        Tree()->scrollToItem(handle);
+    }
 }
 
 // The first hit comes into sight and becomes the current row, so that its lines show.
@@ -352,7 +384,9 @@ void CSegmentBrowserDlg::resizeEvent(QResizeEvent* event) {
     QWidget* list = GetMessageList();
     list->setGeometry(list->x(), list->y(), width - 15, 60);
     QWidget* tree = GetTreeControl();
-    tree->setGeometry(tree->x(), tree->y(), width - 15, height - 190);
+    tree->setGeometry(tree->x(), tree->y(), width - 15, height - 190 - m_treeBelowFilter);
+    QWidget* filter = Control(kNameFilterId);
+    filter->setGeometry(filter->x(), filter->y(), width - 15, filter->height());
     Control(kOk)->move(width - 80, height - 28);
 }
 

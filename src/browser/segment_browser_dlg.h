@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QString>
+#include <QTimer>
 #include <functional>
 #include <memory>
 
@@ -32,6 +33,9 @@ public:
     using FileChooser =
         std::function<QString(const obsidra::scenetree::FileRequest& request, bool save)>;
 
+    // The name filter box above the tree (ours, beyond the template).
+    static constexpr int kNameFilterId = 2201;
+
     CSegmentBrowserDlg(QWidget* parent, HBaseView* view);
     ~CSegmentBrowserDlg() override;
 
@@ -60,6 +64,8 @@ public:
     void ShowBoundings();
     void Search();
     void LocateShell();
+    // Filters the tree by the text of the name filter box; an empty box shows it whole again.
+    void ApplyNameFilter();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -93,4 +99,6 @@ private:
     QString m_locateResult;
     int m_searchTypeCode = 1;
     bool m_ready = false;
+    QTimer m_filterTimer;
+    int m_treeBelowFilter = 0; // how much lower than the template the tree starts, in pixels
 };

@@ -287,7 +287,10 @@ TEST_F(SegmentBrowserTest, LocatingAShellByNumberTogglesItsSelection) {
 TEST_F(SegmentBrowserTest, ResizingFollowsTheLayoutRules) {
     m_dialog->resize(500, 600);
     EXPECT_EQ(Control(1566)->size(), QSize(485, 60));
-    EXPECT_EQ(Control(1567)->size(), QSize(485, 410));
+    EXPECT_EQ(Control(1567)->width(), 485);
+    EXPECT_EQ(Control(1567)->geometry().bottom() + 1, Control(2201)->y() + 410)
+        << "the tree ends where the template's would; the filter box takes its top";
+    EXPECT_EQ(Control(2201)->width(), 485);
     EXPECT_EQ(Control(1057)->pos(), QPoint(420, 572));
     EXPECT_FALSE(Control(1555)->isEnabled()) << "greyed from the first sizing on";
     m_dialog->resize(100, 100);
@@ -426,6 +429,33 @@ TEST_F(SegmentBrowserTest, CommandsShowTheirChangesInTheTree) {
     m_choose = 5268;
     RightClick(part);
     EXPECT_EQ(Texts(Top()), (std::vector<std::string>{"big", "styled"})) << "Delete Segment";
+}
+
+} // namespace
+
+namespace {
+
+// Typing shows the way to each segment whose name holds the text, open; clearing brings back
+// the tree as it was, with the node picked meanwhile current.
+TEST_F(SegmentBrowserTest, TheNameFilterNarrowsTheTreeAndClearingRestoresIt) {
+    Open(Top(), "part");
+    const std::vector<std::string> whole = Texts(Top());
+    auto* filter = Control<QLineEdit>(CSegmentBrowserDlg::kNameFilterId);
+    QTest::keyClicks(filter, QStringLiteral("C12"));
+    QTest::qWait(0);
+    ASSERT_EQ(Texts(Top()), std::vector<std::string>{"big"});
+    QTreeWidgetItem* big = Top()->child(0);
+    EXPECT_TRUE(big->isExpanded());
+    EXPECT_EQ(big->childCount(), 111) << "c12, c120-c129, c1200-c1299";
+    Tree().setCurrentItem(big->child(5));
+    const std::string picked = big->child(5)->text(0).toStdString();
+
+    filter->clear();
+    QTest::qWait(0);
+    EXPECT_EQ(Texts(Top()), whole);
+    ASSERT_NE(Tree().currentItem(), nullptr);
+    EXPECT_EQ(Tree().currentItem()->text(0).toStdString(), picked);
+    EXPECT_TRUE(Tree().currentItem()->parent()->isExpanded()) << "the picked node is in sight";
 }
 
 } // namespace
