@@ -135,10 +135,12 @@ bool Database::ForgetKey(Slot slot) {
 Slot Database::OwnerSegment(Slot slot) const {
     const Object* object = Get(slot);
     if (!object) return kNoSlot;
-    Slot owner = object->owner;
-    while (owner != kNoSlot && Get(owner)->kind != ObjectKind::Segment)
-        owner = Get(owner)->owner;
-    return owner;
+    // A deletion asks this of objects whose owners it has freed already: they have none.
+    for (Slot owner = object->owner; owner != kNoSlot; owner = Get(owner)->owner) {
+        if (!Get(owner)) return kNoSlot;
+        if (Get(owner)->kind == ObjectKind::Segment) return owner;
+    }
+    return kNoSlot;
 }
 
 std::string Database::Pathname(Slot slot) const {
@@ -295,10 +297,13 @@ void Database::DeleteObject(Slot slot) {
                                    incoming->second.end());
             for (Slot link : incoming->second) {
                 if (Link* l = static_cast<Link*>(Get(link)); l && l->target == s) {
-                    // Links from outside the deleted subtree are deletions of their own.
-                    if (!IsGoing(link, slot)) Note(link, ChangeKind::Deleted);
-                    m_undo.Detaching(link);
-                    Detach(link);
+                    // Links from outside the deleted subtree are deletions of their own; those
+                    // inside go with their owners' lists.
+                    if (!IsGoing(link, slot)) {
+                        Note(link, ChangeKind::Deleted);
+                        m_undo.Detaching(link);
+                        Detach(link);
+                    }
                     pending.push_back(link);
                 }
             }
