@@ -15,7 +15,7 @@ namespace {
 #if defined(__SANITIZE_ADDRESS__)
 constexpr int kEdits = 200, kSeeds = 3;
 #else
-constexpr int kEdits = 1000, kSeeds = 2;
+constexpr int kEdits = 1000, kSeeds = 1;
 #endif
 // Copies and loads stop growing the scene beyond this many objects.
 constexpr size_t kMaxObjects = 3000;
