@@ -39,26 +39,27 @@ bool UndoLog::End() {
 }
 
 bool UndoLog::Undo() {
-    if (m_depth > 0 || m_undo.empty()) return false;
-    Step step = std::move(m_undo.back());
-    m_undo.pop_back();
-    m_applying = true;
-    for (auto record = step.records.rbegin(); record != step.records.rend(); ++record)
-        Apply(*record, true);
-    m_applying = false;
-    m_redo.push_back(std::move(step));
-    return true;
+    return Replay(m_undo, m_redo, true);
 }
 
 bool UndoLog::Redo() {
-    if (m_depth > 0 || m_redo.empty()) return false;
-    Step step = std::move(m_redo.back());
-    m_redo.pop_back();
+    return Replay(m_redo, m_undo, false);
+}
+
+bool UndoLog::Replay(std::deque<Step>& from, std::deque<Step>& to, bool undo) {
+    if (m_depth > 0 || from.empty()) return false;
+    Step step = std::move(from.back());
+    from.pop_back();
     m_applying = true;
-    for (Record& record : step.records)
-        Apply(record, false);
+    if (undo) {
+        for (auto record = step.records.rbegin(); record != step.records.rend(); ++record)
+            Apply(*record, true);
+    } else {
+        for (Record& record : step.records)
+            Apply(record, false);
+    }
     m_applying = false;
-    m_undo.push_back(std::move(step));
+    to.push_back(std::move(step));
     return true;
 }
 

@@ -147,6 +147,8 @@ private:
     void RecordTarget(Slot link);
     void RecordImage(Slot slot, Sort sort);
 
+    // Applies the latest step of from (in reverse order to undo it) and moves it to to.
+    bool Replay(std::deque<Step>& from, std::deque<Step>& to, bool undo);
     void Apply(Record& record, bool undo);
     void TakeOut(Record& record);
     void PutBack(Record& record);
@@ -168,7 +170,7 @@ private:
 
     Database& m_db;
     std::deque<Step> m_undo;
-    std::vector<Step> m_redo;
+    std::deque<Step> m_redo;
     Step m_open;
     int m_depth = 0;
     size_t m_limit = HC_UNDO_DEFAULT_LIMIT;
