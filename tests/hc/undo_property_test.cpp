@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <random>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include <obsidra/hc_journal.h>
@@ -77,18 +78,25 @@ public:
         case 7: {
             static const char* const kFilters[] = {"everything", "geometry", "attributes",
                                                    "segments, includes", "color, shells"};
-            HC_Flush_Contents(Path(Segment()).c_str(), kFilters[Pick(5)]);
+            const std::string path = Path(Segment());
+            HC_Flush_Contents(path.c_str(), kFilters[Pick(5)]);
             return;
         }
-        case 8:
-            HC_Rename_Segment(Path(Segment()).c_str(), (Path(Segment()) + "/" + Name()).c_str());
+        case 8: {
+            const auto [from, to] = TwoPaths();
+            HC_Rename_Segment(from.c_str(), to.c_str());
             return;
-        case 9:
-            HC_Move_By_Key(Any(), Path(Segment()).c_str());
+        }
+        case 9: {
+            const HC_KEY key = Any();
+            HC_Move_By_Key(key, Path(Segment()).c_str());
             return;
+        }
         case 10:
-            if (db.LiveObjects() < kMaxObjects)
-                HC_Copy_Segment(Path(Segment()).c_str(), (Path(Segment()) + "/" + Name()).c_str());
+            if (db.LiveObjects() < kMaxObjects) {
+                const auto [from, to] = TwoPaths();
+                HC_Copy_Segment(from.c_str(), to.c_str());
+            }
             return;
         case 11:
             // Named styles take "/" as their source: the metafile writer cannot yet write a
@@ -96,7 +104,7 @@ public:
             InSegment([&] {
                 switch (Pick(4)) {
                 case 0:
-                    return HC_Define_Line_Style(Name().c_str(), Pick(2) ? "--" : "..");
+                    return HC_Define_Line_Style(Name().c_str(), "--");
                 case 1:
                     return HC_UnDefine_Line_Style(Name().c_str());
                 case 2:
@@ -107,11 +115,9 @@ public:
             });
             return;
         case 12: {
-            HC_KEY key = Any();
-            if (Pick(3) == 0)
-                HC_Renumber_Key(key, key, "global");
-            else
-                HC_Renumber_Key(key, 100 + Pick(50), Pick(2) ? "global" : "local");
+            const HC_KEY key = Any();
+            const HC_KEY newKey = Pick(3) == 0 ? key : 100 + Pick(50);
+            HC_Renumber_Key(key, newKey, Pick(2) ? "global" : "local");
             return;
         }
         case 13: {
@@ -124,14 +130,17 @@ public:
                                                    "extract geometry attributes, localize matrices",
                                                    "instance shells",
                                                    "discard user data"};
-            HC_Optimize_Segment_Tree(Path(Segment()).c_str(), kOptions[Pick(9)]);
+            const std::string path = Path(Segment());
+            HC_Optimize_Segment_Tree(path.c_str(), kOptions[Pick(9)]);
             return;
         }
         case 14:
             if (db.LiveObjects() < kMaxObjects) {
-                const std::string file = ::testing::TempDir() + "undo_property.hmf";
-                HC_Write_Metafile(Path(Segment()).c_str(), file.c_str(), "");
-                HC_Read_Metafile(file.c_str(), Path(Segment()).c_str(), "");
+                const std::string file =
+                    ::testing::TempDir() + "undo_property_" + std::to_string(getpid()) + ".hmf";
+                const auto [from, to] = TwoPaths();
+                HC_Write_Metafile(from.c_str(), file.c_str(), "");
+                HC_Read_Metafile(file.c_str(), to.c_str(), "");
                 std::remove(file.c_str());
             }
             return;
@@ -174,6 +183,13 @@ private:
     std::string Name() {
         static const char* const kNames[] = {"a", "b", "c", "part", "lib", "scene", "x"};
         return kNames[Pick(7)];
+    }
+    // A segment's path and a path below another segment, picked in that order (a seed must
+    // give the same edits whatever order a compiler evaluates arguments in).
+    std::pair<std::string, std::string> TwoPaths() {
+        std::string from = Path(Segment());
+        std::string to = Path(Segment());
+        return {from, to + "/" + Name()};
     }
     static std::string Path(HC_KEY key) {
         char path[HC_TEXT_MAX];

@@ -1,6 +1,7 @@
 // Undo and redo of every kind of scene edit: the scene comes back as it was, keys included.
 #include <cstdio>
 #include <functional>
+#include <unistd.h>
 
 #include <obsidra/hc_journal.h>
 
@@ -118,7 +119,8 @@ TEST_F(UndoTest, EveryKindOfEditIsUndoneAndRedone) {
          }},
         {"load into segment",
          [](UndoTest&) {
-             const std::string file = ::testing::TempDir() + "undo_load.hmf";
+             const std::string file =
+                 ::testing::TempDir() + "undo_load_" + std::to_string(getpid()) + ".hmf";
              HC_Write_Metafile("/lib/style", file.c_str(), "");
              HC_Read_Metafile(file.c_str(), "/scene", "");
              std::remove(file.c_str());
