@@ -1,5 +1,5 @@
 // The scene database at scale: building, key lookup, contents searches and subtree walks, and
-// what the change journal costs them.
+// what the change journal and undo cost them.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstring>
@@ -10,6 +10,7 @@
 
 #include <obsidra/hc.h>
 #include <obsidra/hc_journal.h>
+#include <obsidra/hc_undo.h>
 
 #include "hc/database.h"
 #include "hc/metafile.h"
@@ -264,3 +265,37 @@ void BM_JournalColourSets(benchmark::State& state) {
 BENCHMARK(BM_JournalColourSets)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+// Undo's cost: a flat build outside a step (/0: nothing is recorded, the build of
+// BM_CreateSegmentsWithShell) and as one step (/1: a record per object made).
+void BM_UndoBuild(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(1));
+    for (auto _ : state) {
+        state.PauseTiming();
+        HC_Reset_System();
+        state.ResumeTiming();
+        if (state.range(0)) HC_Begin_Undo_Step("Build");
+        BuildFlat(n);
+        if (state.range(0)) HC_End_Undo_Step();
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+    HC_Reset_System();
+}
+BENCHMARK(BM_UndoBuild)->Args({0, 1000000})->Args({1, 1000000})->Unit(benchmark::kMillisecond);
+
+// Undoing and redoing the deletion of a subtree of n segments with a shell each.
+void BM_UndoRedoDeletion(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    HC_Reset_System();
+    BuildFlat(n);
+    HC_Begin_Undo_Step("Delete");
+    HC_Delete_Segment("/flat");
+    HC_End_Undo_Step();
+    for (auto _ : state) {
+        HC_Undo();
+        HC_Redo();
+    }
+    state.SetItemsProcessed(state.iterations() * n);
+    HC_Reset_System();
+}
+BENCHMARK(BM_UndoRedoDeletion)->Arg(1000000)->Unit(benchmark::kMillisecond);

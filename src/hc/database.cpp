@@ -36,6 +36,7 @@ Database::Database()
 Database::~Database() = default;
 
 void Database::Reset() {
+    m_undo.Clear();
     m_objects.clear();
     m_siblings.clear();
     m_types.clear();
@@ -81,7 +82,11 @@ HC_KEY Database::Renumber(Slot slot, HC_KEY newKey, std::string_view scope) {
         return 0;
     }
     if (newKey == OriginalKey(slot)) {
-        if (ForgetKey(slot)) Note(slot, ChangeKind::Keys);
+        if (m_objects[slot]->renumbered) {
+            m_undo.Rekeying(slot);
+            ForgetKey(slot);
+            Note(slot, ChangeKind::Keys);
+        }
         return newKey;
     }
     if (newKey <= 0) {
@@ -97,12 +102,13 @@ HC_KEY Database::Renumber(Slot slot, HC_KEY newKey, std::string_view scope) {
         ReportError("key " + KeyText(newKey) + " is already in use");
         return 0;
     }
+    m_undo.Rekeying(slot);
     ForgetKey(slot);
     if (global)
         m_globalKeys[newKey] = slot;
     else
         m_localKeys[{owner, newKey}] = slot;
-    m_userKeys[slot] = {newKey, global};
+    m_userKeys[slot] = {newKey, global, owner};
     m_objects[slot]->renumbered = true;
     Note(slot, ChangeKind::Keys);
     return newKey;
@@ -120,7 +126,7 @@ bool Database::ForgetKey(Slot slot) {
     if (user.global)
         m_globalKeys.erase(user.key);
     else
-        m_localKeys.erase({OwnerSegment(slot), user.key});
+        m_localKeys.erase({user.scope, user.key});
     m_userKeys.erase(slot);
     object->renumbered = false;
     return true;
@@ -129,10 +135,12 @@ bool Database::ForgetKey(Slot slot) {
 Slot Database::OwnerSegment(Slot slot) const {
     const Object* object = Get(slot);
     if (!object) return kNoSlot;
-    Slot owner = object->owner;
-    while (owner != kNoSlot && Get(owner)->kind != ObjectKind::Segment)
-        owner = Get(owner)->owner;
-    return owner;
+    // A deletion asks this of objects whose owners it has freed already: they have none.
+    for (Slot owner = object->owner; owner != kNoSlot; owner = Get(owner)->owner) {
+        if (!Get(owner)) return kNoSlot;
+        if (Get(owner)->kind == ObjectKind::Segment) return owner;
+    }
+    return kNoSlot;
 }
 
 std::string Database::Pathname(Slot slot) const {
@@ -189,6 +197,7 @@ Slot Database::Adopt(ObjectPtr object, Slot owner) {
     } else {
         Append(ListFor(*static_cast<Segment*>(ownerObject), adopted), slot);
     }
+    m_undo.Created(slot);
     return slot;
 }
 
@@ -256,6 +265,7 @@ void Database::DeleteObject(Slot slot) {
     }
     if (!Get(slot)) return;
     Note(slot, ChangeKind::Deleted);
+    m_undo.Detaching(slot);
     Detach(slot);
     // Iterative, so that a deep tree cannot exhaust the stack.
     std::vector<Slot> pending{slot};
@@ -264,33 +274,50 @@ void Database::DeleteObject(Slot slot) {
         pending.pop_back();
         Object* object = Get(s);
         if (!object) continue;
+        bool named = false;
         if (object->kind == ObjectKind::Segment) {
             auto& segment = *static_cast<Segment*>(object);
             for (const ChildList* list : {&segment.segments, &segment.links, &segment.geometry})
                 for (Slot c = list->first; c != kNoSlot; c = Next(c))
                     pending.push_back(c);
             if (segment.staticModel != kNoSlot) pending.push_back(segment.staticModel);
-            if (s != slot && !segment.name.empty()) m_names.Erase(s, segment.owner, segment.name);
+            if (s != slot && !segment.name.empty()) {
+                m_names.Erase(s, segment.owner, segment.name);
+                named = true;
+            }
         } else if (object->kind == ObjectKind::Geometry) {
             for (Slot r : static_cast<Geometry*>(object)->References())
                 pending.push_back(r);
         }
         // Includes, styles and references of a deleted object go with it.
         if (auto incoming = m_incoming.find(s); incoming != m_incoming.end()) {
+            // A link aimed here twice is listed twice, and must be detached once.
+            std::sort(incoming->second.begin(), incoming->second.end());
+            incoming->second.erase(std::unique(incoming->second.begin(), incoming->second.end()),
+                                   incoming->second.end());
             for (Slot link : incoming->second) {
                 if (Link* l = static_cast<Link*>(Get(link)); l && l->target == s) {
-                    // Links from outside the deleted subtree are deletions of their own.
-                    if (!IsGoing(link, slot)) Note(link, ChangeKind::Deleted);
-                    Detach(link);
+                    // Links from outside the deleted subtree are deletions of their own; those
+                    // inside go with their owners' lists.
+                    if (!IsGoing(link, slot)) {
+                        Note(link, ChangeKind::Deleted);
+                        m_undo.Detaching(link);
+                        Detach(link);
+                    }
                     pending.push_back(link);
                 }
             }
             m_incoming.erase(incoming);
         }
-        ForgetKey(s);
-        m_objects[s].reset();
-        --m_live;
+        Destroy(s, named);
     }
+}
+
+void Database::Destroy(Slot slot, bool named) {
+    m_undo.Destroying(slot, named);
+    ForgetKey(slot);
+    m_undo.Release(m_objects[slot]);
+    --m_live;
 }
 
 Slot Database::MakeSegment(Slot owner, std::string_view name) {
@@ -507,6 +534,7 @@ void Database::RenameSegment(Slot from, std::string_view oldPath, std::string_vi
 void Database::DiscardSegmentName(Slot slot) {
     Segment* segment = GetSegment(slot);
     if (!segment || slot == Root() || segment->name.empty()) return;
+    m_undo.Placing(slot);
     m_names.Erase(slot, segment->owner, segment->name);
     segment->name.clear();
     Note(slot, ChangeKind::Moved);
@@ -538,6 +566,7 @@ void Database::MoveObject(Slot slot, Slot from, std::string_view newOwnerPath) {
 }
 
 void Database::Reparent(Slot slot, Slot owner, std::string name) {
+    m_undo.Placing(slot);
     Object& object = *m_objects[slot];
     // A local key is local to the owner: it follows the item unless the new owner has it already.
     bool wasLocal = object.renumbered && !m_userKeys.at(slot).global;
@@ -554,7 +583,7 @@ void Database::Reparent(Slot slot, Slot owner, std::string name) {
     }
     if (wasLocal && m_localKeys.find({owner, localKey}) == m_localKeys.end()) {
         m_localKeys[{owner, localKey}] = slot;
-        m_userKeys[slot] = {localKey, false};
+        m_userKeys[slot] = {localKey, false, owner};
         object.renumbered = true;
     }
     Note(slot, ChangeKind::Moved);
@@ -665,15 +694,18 @@ void Database::FlushSegment(Slot slot, const Filter& filter) {
     for (size_t k = size_t(kFirstDefinition); k <= size_t(kLastDefinition); ++k) {
         if (segment.definitions && filter.Has(ContentKind(k)) &&
             !segment.definitions->Of(ContentKind(k)).empty()) {
+            m_undo.ChangingDefinitions(slot);
             segment.definitions->Of(ContentKind(k)).clear();
             definitions = true;
         }
     }
     if (definitions) Note(slot, ChangeKind::Definitions);
-    if (segment.attributes) {
-        if (std::erase_if(segment.attributes->Items(),
-                          [&](const Attribute& attribute) { return filter.Has(attribute.kind); }))
-            Note(slot, ChangeKind::Attributes);
+    auto flushed = [&](const Attribute& attribute) { return filter.Has(attribute.kind); };
+    if (segment.attributes && std::any_of(segment.attributes->Items().begin(),
+                                          segment.attributes->Items().end(), flushed)) {
+        m_undo.ChangingAttributes(slot);
+        std::erase_if(segment.attributes->Items(), flushed);
+        Note(slot, ChangeKind::Attributes);
         if (segment.attributes->Empty()) segment.attributes.reset();
     }
     UpdateStaticModel(slot);
@@ -720,6 +752,7 @@ void Database::SetLinkTarget(Slot slot, Slot target) {
     Object* object = Get(slot);
     if (!object || object->kind != ObjectKind::Link || !Get(target)) return;
     auto* link = static_cast<Link*>(object);
+    m_undo.Retargeting(slot);
     link->target = target;
     NoteIncoming(target, slot);
     PlacementChanged(slot);
@@ -749,6 +782,7 @@ void Database::Define(Slot slot, ContentKind kind, Definition definition) {
         ReportError("a definition needs a name");
         return;
     }
+    m_undo.ChangingDefinitions(slot);
     Note(slot, ChangeKind::Definitions);
     for (Definition& present : segment->MutableDefinitionsOf(kind)) {
         if (EqualsIgnoreCase(present.name, definition.name)) {
@@ -762,10 +796,13 @@ void Database::Define(Slot slot, ContentKind kind, Definition definition) {
 bool Database::UnDefine(Slot slot, ContentKind kind, std::string_view name) {
     Segment* segment = GetSegment(slot);
     if (!segment || !segment->definitions) return false;
-    if (!std::erase_if(segment->definitions->Of(kind), [&](const Definition& definition) {
-            return EqualsIgnoreCase(definition.name, Trim(name));
-        }))
-        return false;
+    auto named = [&](const Definition& definition) {
+        return EqualsIgnoreCase(definition.name, Trim(name));
+    };
+    std::vector<Definition>& definitions = segment->definitions->Of(kind);
+    if (std::none_of(definitions.begin(), definitions.end(), named)) return false;
+    m_undo.ChangingDefinitions(slot);
+    std::erase_if(definitions, named);
     Note(slot, ChangeKind::Definitions);
     return true;
 }
@@ -804,6 +841,7 @@ const Attribute* Database::LocalAttribute(Slot slot, ContentKind kind) const {
 }
 
 Attribute& Database::ObtainAttribute(Slot slot, ContentKind kind) {
+    m_undo.ChangingAttributes(slot);
     Object& target = *m_objects[slot];
     if (!target.attributes) target.attributes = std::make_unique<AttributeSet>();
     return target.attributes->Obtain(kind);
@@ -811,7 +849,9 @@ Attribute& Database::ObtainAttribute(Slot slot, ContentKind kind) {
 
 bool Database::RemoveAttribute(Slot slot, ContentKind kind) {
     Object* target = Get(slot);
-    if (!target || !target->attributes || !target->attributes->Remove(kind)) return false;
+    if (!target || !target->attributes || !target->attributes->Find(kind)) return false;
+    m_undo.ChangingAttributes(slot);
+    target->attributes->Remove(kind);
     if (target->attributes->Empty()) target->attributes.reset();
     AttributeChanged(slot, kind);
     return true;

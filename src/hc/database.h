@@ -12,6 +12,7 @@
 #include "hc/journal.h"
 #include "hc/name_index.h"
 #include "hc/objects.h"
+#include "hc/undo_log.h"
 
 namespace hc {
 
@@ -39,6 +40,7 @@ public:
     // reset is forgotten.
     void Reset();
     Journal& Changes() { return m_journal; }
+    UndoLog& Undo() { return m_undo; }
 
     // --- Keys -------------------------------------------------------------------------------
     // The live object a key names (original or renumbered), or kNoSlot. A key renumbered locally
@@ -124,7 +126,9 @@ public:
 
     // --- Geometry ---------------------------------------------------------------------------
     Geometry* AddGeometry(Slot owner, ContentKind type);
-    // Call after changing an item's data in place (and PlacementChanged when its shape changed).
+    // Call before changing an item's data in place, and after it GeometryChanged (and
+    // PlacementChanged when its shape changed).
+    void GeometryChanging(Slot item) { m_undo.ChangingGeometry(item); }
     void GeometryChanged(Slot item);
 
     // --- Attributes -------------------------------------------------------------------------
@@ -168,9 +172,12 @@ public:
     int Count(Slot slot, const Filter& filter) const;
 
 private:
+    friend class UndoLog;
+
     struct UserKey {
         HC_KEY key;
         bool global;
+        Slot scope; // the segment a local key is unique in
     };
     struct LocalKey {
         Slot owner;
@@ -197,7 +204,9 @@ private:
     void MarkStale(std::vector<Slot> segments);
     // An object's bounds as placed in its owner: through its own modelling matrix.
     Box PlacedBounds(Slot slot);
-    void Destroy(Slot slot);
+    // Frees an object a deletion takes (named: its name is in the name index), or gives it to the
+    // open undo step.
+    void Destroy(Slot slot, bool named);
     Slot MakeSegment(Slot owner, std::string_view name);
     Slot ChildByLevel(Slot segment, std::string_view level) const;
     bool IsInside(Slot segment, Slot ancestor) const;
@@ -210,7 +219,10 @@ private:
     void UpdateStaticModel(Slot segment);
     // Whether the object had a renumbered key to forget.
     bool ForgetKey(Slot slot);
-    void Note(Slot slot, ChangeKind kind) { m_journal.Record({slot, OwnerSegment(slot), kind}); }
+    void Note(Slot slot, ChangeKind kind) {
+        m_undo.Unrecorded();
+        m_journal.Record({slot, OwnerSegment(slot), kind});
+    }
     // Calls visit(Found) for each item of one segment that passes the filter, in contents order,
     // until it returns false.
     template <typename Visit>
@@ -232,6 +244,7 @@ private:
     std::unordered_map<LocalKey, Slot, LocalKeyHash> m_localKeys;
     OptionList m_systemOptions;
     Journal m_journal;
+    UndoLog m_undo{*this};
 };
 
 // The process-wide database behind the C interface.

@@ -55,6 +55,7 @@ void SetShellEntries(HC_KEY key, std::vector<T> ShellDetails::*list, ShellPart p
     if (!shell) return;
     size_t size = SizeOf(*shell, part);
     if (!CheckRange(offset, count, size, NameOf(part)) || !CheckArray(count, given, what)) return;
+    Current().GeometryChanging(shell->slot);
     std::vector<T>& entries = ObtainDetails(*shell).*list;
     if (entries.empty()) entries.assign(size, unset);
     for (int i = 0; i < count; ++i)
@@ -113,6 +114,7 @@ void EditPointArray(HC_KEY key, ContentKind type, int offset, int deleteCount, i
     if (!item || !CheckSplice(item->points.size(), offset, deleteCount, insertCount, points,
                               "points", minimum))
         return;
+    Current().GeometryChanging(item->slot);
     Splice(item->points, offset, deleteCount, points, insertCount);
     Edited(*item);
 }
@@ -148,6 +150,7 @@ void EditThreePoints(HC_KEY key, ContentKind type, const HC_POINT* first, const 
                      const HC_POINT* third) {
     Geometry* item = GeometryOf(key, type);
     if (!item || !Given({first, second, third})) return;
+    Current().GeometryChanging(item->slot);
     item->points = {*first, *second, *third};
     Edited(*item);
 }
@@ -176,6 +179,7 @@ void HC_Set_LOD_Type(HC_KEY key, int level, const char* type) {
     // Setting a level "invalid" (or nothing) unsets it, as showing it then says.
     std::string word(Trim(Text(type)));
     if (EqualsIgnoreCase(word, "invalid")) word.clear();
+    Current().GeometryChanging(shell->slot);
     std::vector<std::string>& types = ObtainDetails(*shell).lodTypes;
     if (types.size() <= size_t(level)) types.resize(size_t(level) + 1);
     types[size_t(level)] = std::move(word);
@@ -213,6 +217,7 @@ void HC_Edit_Shell_Points(HC_KEY key, int offset, int deleteCount, int insertCou
     if (!shell ||
         !CheckSplice(shell->points.size(), offset, deleteCount, insertCount, points, "points", 0))
         return;
+    Current().GeometryChanging(shell->slot);
     // The first points inserted take the places of the first ones deleted, so the faces that
     // use those places keep them; only the places beyond are deleted or made.
     int replaced = std::min(deleteCount, insertCount);
@@ -268,6 +273,7 @@ void HC_Edit_Shell_Faces(HC_KEY key, int offset, int deleteCount, int insertList
         return;
     }
     std::vector<int> inserted(insertList, insertList + insertListLength);
+    Current().GeometryChanging(shell->slot);
     Splice(shell->ints, int(from), int(to - from), insertList, insertListLength);
     if (ShellDetails* details = MutableDetails(*shell)) {
         size_t newFaces = size_t(FaceCount(inserted));
@@ -305,6 +311,7 @@ void HC_Edit_Circle_By_Radius(HC_KEY key, const HC_POINT* center, double radius,
     Geometry* circle = GeometryOf(key, ContentKind::Circle);
     std::vector<HC_POINT> points;
     if (!circle || !CircleByRadius(center, radius, normal, points)) return;
+    Current().GeometryChanging(circle->slot);
     circle->points = std::move(points);
     Edited(*circle);
 }
@@ -320,6 +327,7 @@ void HC_Edit_Elliptical_Arc(HC_KEY key, const HC_POINT* center, const HC_POINT* 
     HC_API(HC_Edit_Elliptical_Arc);
     Geometry* arc = GeometryOf(key, ContentKind::EllipticalArc);
     if (!arc || !Given({center, major, minor})) return;
+    Current().GeometryChanging(arc->slot);
     Assign(*arc, {.points = {*center, *major, *minor},
                   .values = {static_cast<float>(start), static_cast<float>(end)}});
     Edited(*arc);
@@ -329,6 +337,7 @@ void HC_Edit_Cutting_Plane(HC_KEY key, double a, double b, double c, double d) {
     HC_API(HC_Edit_Cutting_Plane);
     Geometry* plane = GeometryOf(key, ContentKind::CuttingPlane);
     if (!plane || !CheckPlane(a, b, c)) return;
+    Current().GeometryChanging(plane->slot);
     Assign(*plane, {.values = {static_cast<float>(a), static_cast<float>(b), static_cast<float>(c),
                                static_cast<float>(d)}});
     Edited(*plane);
@@ -344,6 +353,7 @@ void HC_Edit_Mesh(HC_KEY key, int rowOffset, int columnOffset, int rowCount, int
         !CheckRange(columnOffset, columnCount, columns, "columns") ||
         !CheckArray(static_cast<long long>(rowCount) * columnCount, points, "points"))
         return;
+    Current().GeometryChanging(mesh->slot);
     for (size_t r = 0; r < size_t(rowCount); ++r)
         for (size_t c = 0; c < size_t(columnCount); ++c)
             mesh->points[(size_t(rowOffset) + r) * columns + size_t(columnOffset) + c] =
@@ -366,6 +376,7 @@ void HC_Edit_Text(HC_KEY key, int row, int column, int deleteCount, const char* 
         ReportError("a text holds at most " + std::to_string(HC_TEXT_MAX - 1) + " bytes");
         return;
     }
+    Current().GeometryChanging(item->slot);
     std::string edited = text;
     edited.replace(size_t(column), size_t(deleteCount), insertion);
     item->Extras().text = std::move(edited);

@@ -351,6 +351,7 @@ void Optimizer::CollapseMatrices(const std::vector<Slot>& segments) {
                 Matrix placed = Then(MatrixOf(m_db, item), net);
                 if (placed == kIdentity) continue;
                 auto& geometry = static_cast<Geometry&>(*m_db.Get(item));
+                m_db.GeometryChanging(item);
                 for (HC_POINT& point : geometry.points)
                     point = TransformPoint(point, placed.data());
                 m_db.RemoveAttribute(item, ContentKind::ModellingMatrix);
