@@ -11,33 +11,6 @@ namespace obsidra::browser {
 
 namespace {
 
-// The full menu after its two submenus; 0 is a separator.
-constexpr MenuEntry kSegmentCommands[] = {
-    {5292, "Show Bounding", nullptr},
-    {0, nullptr, nullptr},
-    {5306, "Optimize", nullptr},
-    {0, nullptr, nullptr},
-    {5287, "Cut Segment", nullptr},
-    {5288, "Paste Segment", nullptr},
-    {5268, "Delete Segment", nullptr},
-    {5284, "Flush Segment Contents", nullptr},
-    {0, nullptr, nullptr},
-    {5285, "Create Child Segment", nullptr},
-    {5281, "Zoom To Segment", nullptr},
-    {5311, "Load Into Segment", nullptr},
-    {5286, "Activate Manipulator", nullptr},
-    {5299, "Save to HMF", nullptr},
-    {5289, "Edit", nullptr},
-    {5313, "AddStyle", nullptr},
-    {5314, "AddInclude", nullptr},
-    {5315, "GotoStyleInclude", nullptr},
-};
-
-constexpr MenuEntry kAttributeLineCommands[] = {
-    {5261, "Undefine Attribute", nullptr},
-    {5289, "Edit", nullptr},
-};
-
 constexpr MenuEntry kGeometryItemCommands[] = {
     {5289, "Edit", nullptr},
 };
@@ -67,10 +40,10 @@ std::unique_ptr<QMenu> MakeBrowserMenu(int menuId, QWidget* parent) {
                    obsidra::scenetree::AddAttributeCommands());
         AddEntries(*menu->addMenu(QStringLiteral("Show Net Attribute")),
                    obsidra::scenetree::ShowNetAttributeCommands());
-        AddEntries(*menu, kSegmentCommands);
+        AddEntries(*menu, obsidra::scenetree::SegmentMenuCommands());
         return menu;
     case kAttributeLineMenu:
-        AddEntries(*menu, kAttributeLineCommands);
+        AddEntries(*menu, obsidra::scenetree::AttributeLineCommands());
         return menu;
     case kGeometryItemMenu:
         AddEntries(*menu, kGeometryItemCommands);

@@ -10,6 +10,10 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <tuple>
+
+#include <obsidra/hc_undo.h>
 
 #include "browser/browser_command_host.h"
 #include "browser/browser_menus.h"
@@ -68,7 +72,9 @@ const ControlTemplate kTemplate[] = {
     {kLocateResult, Kind::Result, "", {162, 39, 192, 18}},
     {kInformationList, Kind::Existing, "", {7, 59, 347, 37}},
     // Ours, beyond the template: the name filter above the tree, which gives up its top for it.
-    {CSegmentBrowserDlg::kNameFilterId, Kind::Edit, "", {7, 98, 347, 12}},
+    {CSegmentBrowserDlg::kNameFilterId, Kind::Edit, "", {7, 98, 187, 12}},
+    {CSegmentBrowserDlg::kUndoId, Kind::Button, "Undo", {197, 97, 78, 14}},
+    {CSegmentBrowserDlg::kRedoId, Kind::Button, "Redo", {277, 97, 77, 14}},
     {kTree, Kind::Existing, "Tree1", {7, 112, 347, 324}},
     {kOk, Kind::Button, "OK", {314, 446, 40, 14}},
 };
@@ -125,7 +131,14 @@ CSegmentBrowserDlg::CSegmentBrowserDlg(QWidget* parent, HBaseView* view)
     roots->setCurrentRow(0);
 }
 
-CSegmentBrowserDlg::~CSegmentBrowserDlg() = default;
+CSegmentBrowserDlg::~CSegmentBrowserDlg() {
+    HC_UnDefine_Change_Listener(&CSegmentBrowserDlg::OnSceneChanged, this);
+}
+
+void CSegmentBrowserDlg::OnSceneChanged(const HC_CHANGE*, int, void* self) {
+    auto* dialog = static_cast<CSegmentBrowserDlg*>(self);
+    if (!dialog->m_undoButtonsTimer.isActive()) dialog->m_undoButtonsTimer.start();
+}
 
 void CSegmentBrowserDlg::CreateControls() {
     const QSize base = obsidra::browser::UseTemplateFont(*this);
@@ -208,6 +221,22 @@ void CSegmentBrowserDlg::CreateControls() {
     connect(&m_filterTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::ApplyNameFilter);
     m_treeBelowFilter = GetTreeControl()->y() - filter->y();
 
+    connect(static_cast<QPushButton*>(Control(kUndoId)), &QPushButton::clicked, this,
+            &CSegmentBrowserDlg::Undo);
+    connect(static_cast<QPushButton*>(Control(kRedoId)), &QPushButton::clicked, this,
+            &CSegmentBrowserDlg::Redo);
+    // Whatever changes the scene (a command here, an edit of the host) may change what can be
+    // undone: the buttons are brought up to date once the change is over.
+    m_undoButtonsTimer.setSingleShot(true);
+    m_undoButtonsTimer.setInterval(0);
+    connect(&m_undoButtonsTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::UpdateUndoButtons);
+    HC_Define_Change_Listener(&CSegmentBrowserDlg::OnSceneChanged, this);
+    UpdateUndoButtons();
+    auto* undo = new QShortcut(QKeySequence::Undo, this);
+    connect(undo, &QShortcut::activated, this, &CSegmentBrowserDlg::Undo);
+    auto* redo = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), this);
+    connect(redo, &QShortcut::activated, this, &CSegmentBrowserDlg::Redo);
+
     setMinimumSize(kMinimumSize);
     resize(obsidra::browser::DialogUnitsToPixels(QRect(QPoint(), kTemplateSize), base).size());
 }
@@ -282,6 +311,39 @@ void CSegmentBrowserDlg::Search() {
     else
         return;
     SelectFirstHit();
+}
+
+void CSegmentBrowserDlg::Undo() {
+    if (HC_Undo()) AfterUndoOrRedo();
+}
+
+void CSegmentBrowserDlg::Redo() {
+    if (HC_Redo()) AfterUndoOrRedo();
+}
+
+// The tree is made again with what was open open, and the view draws what changed.
+void CSegmentBrowserDlg::AfterUndoOrRedo() {
+    if (m_model) m_model->Remake();
+    if (m_view) m_view->Update();
+    UpdateUndoButtons();
+}
+
+// "Undo <step>" and "Redo <step>", cut to the button's width with the whole text as a tip.
+void CSegmentBrowserDlg::UpdateUndoButtons() {
+    char name[HC_TEXT_MAX] = "";
+    for (const auto& [id, word, can] :
+         {std::tuple{kUndoId, "Undo", &HC_Show_Undo_Step}, {kRedoId, "Redo", &HC_Show_Redo_Step}}) {
+        auto* button = static_cast<QPushButton*>(Control(id));
+        name[0] = '\0';
+        const bool possible = can(name);
+        const QString text = possible && *name
+                                 ? QStringLiteral("%1 %2").arg(word, QString::fromUtf8(name))
+                                 : QString::fromUtf8(word);
+        button->setEnabled(possible);
+        button->setToolTip(text);
+        button->setText(
+            button->fontMetrics().elidedText(text, Qt::ElideRight, button->width() - 12));
+    }
 }
 
 // The node current in the filtered tree stays current in the whole one, in sight.
@@ -385,8 +447,14 @@ void CSegmentBrowserDlg::resizeEvent(QResizeEvent* event) {
     list->setGeometry(list->x(), list->y(), width - 15, 60);
     QWidget* tree = GetTreeControl();
     tree->setGeometry(tree->x(), tree->y(), width - 15, height - 190 - m_treeBelowFilter);
+    // The filter box takes the width the undo and redo buttons, kept at the right, leave it.
+    QWidget* undo = Control(kUndoId);
+    QWidget* redo = Control(kRedoId);
+    const int gap = redo->x() - (undo->x() + undo->width());
+    redo->move(width - 8 - redo->width(), redo->y());
+    undo->move(redo->x() - gap - undo->width(), undo->y());
     QWidget* filter = Control(kNameFilterId);
-    filter->setGeometry(filter->x(), filter->y(), width - 15, filter->height());
+    filter->setGeometry(filter->x(), filter->y(), undo->x() - gap - filter->x(), filter->height());
     Control(kOk)->move(width - 80, height - 28);
 }
 

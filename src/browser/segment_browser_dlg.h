@@ -7,6 +7,7 @@
 #include <memory>
 
 #include <obsidra/hc.h>
+#include <obsidra/hc_journal.h>
 
 #include "scenetree/notifier.h"
 #include "scenetree/segment_commands.h"
@@ -35,6 +36,9 @@ public:
 
     // The name filter box above the tree (ours, beyond the template).
     static constexpr int kNameFilterId = 2201;
+    // "Undo <step>" and "Redo <step>" beside it (also Ctrl+Z and Ctrl+Shift+Z).
+    static constexpr int kUndoId = 2202;
+    static constexpr int kRedoId = 2203;
 
     CSegmentBrowserDlg(QWidget* parent, HBaseView* view);
     ~CSegmentBrowserDlg() override;
@@ -66,6 +70,9 @@ public:
     void LocateShell();
     // Filters the tree by the text of the name filter box; an empty box shows it whole again.
     void ApplyNameFilter();
+    // Takes back the latest step of scene edits, or makes it again; the tree and the view follow.
+    void Undo();
+    void Redo();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -88,6 +95,9 @@ private:
     std::unique_ptr<QMenu> ContextMenuFor(const CSegTreeCtrl::ContextRequest& request);
     void OnCommand(int commandId, TreeGraphItem* node);
     void SelectFirstHit();
+    void AfterUndoOrRedo();
+    void UpdateUndoButtons();
+    static void OnSceneChanged(const HC_CHANGE* changes, int count, void* self);
 
     HBaseView* m_view;
     HC_KEY m_rootKey = -1;
@@ -100,5 +110,6 @@ private:
     int m_searchTypeCode = 1;
     bool m_ready = false;
     QTimer m_filterTimer;
+    QTimer m_undoButtonsTimer;
     int m_treeBelowFilter = 0; // how much lower than the template the tree starts, in pixels
 };

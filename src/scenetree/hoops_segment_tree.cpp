@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include <obsidra/hc_undo.h>
+
 #include "mvo/utility.h"
 #include "scenetree/database_lists.h"
 #include "scenetree/model_texts.h"
@@ -868,6 +870,8 @@ void HoopsSegmentTree::ShowBounding(TreeGraphItem* node, bool on) {
 void HoopsSegmentTree::OnEndLabelEdit(TreeGraphItem* item, const char* text) {
     if (!item || item->GetGraph() != m_graph || !text || !IsAlive(item->GetKey())) return;
     if (KindOf(item) != NodeKind::Segment) return;
+    HC_Begin_Undo_Step("Rename");
     if (HUtility::RenameSegment(item->GetKey(), text))
         item->SetLabel(HUtility::OwnName(SegmentPath(item->GetKey())).c_str());
+    HC_End_Undo_Step();
 }

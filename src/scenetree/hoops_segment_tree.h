@@ -152,6 +152,9 @@ public:
     // number of hits, or -1 when cancelled.
     long SetNameFilter(std::string_view text, const std::atomic<bool>* cancel = nullptr);
     bool IsNameFiltered() const { return m_nameFilter != nullptr; }
+    // Makes the tree again from the scene (after an undo, say) with the nodes that were open
+    // open again where they still are; a name-filtered tree runs its filter again.
+    void Remake();
     // The segment keys from the top node down to a node (pages and groups left out), and the
     // node such a chain leads to, opening what it passes; null when the chain breaks.
     std::vector<HC_KEY> SegmentChain(const TreeGraphItem* node) const;
@@ -267,6 +270,7 @@ private:
     TreeGraphItem* FindChildFor(TreeGraphItem* node, HC_KEY key);
 
     struct NameFilterState {
+        std::string text;
         obsidra::scenetree::SegmentNameMatches matches;
     };
     // A node's place for reopening it in a tree made again: (key, data word) of each node from
@@ -282,6 +286,9 @@ private:
     // Whether the name filter keeps a subsegment of the segment.
     bool FilteredParent(HC_KEY segment) const;
     void CollectOpenTrails(TreeGraphItem* node, NodeTrail& trail, std::vector<NodeTrail>& out);
+    std::vector<NodeTrail> OpenTrails();
+    // Opens the nodes along each trail, from the top node down, as far as the tree has them.
+    void ReopenTrails(const std::vector<NodeTrail>& trails);
 
     HBaseView* m_view;
     TreeGraph* m_graph;

@@ -14,35 +14,56 @@ long HoopsSegmentTree::SetNameFilter(std::string_view text, const std::atomic<bo
         if (!m_nameFilter) return 0;
         m_nameFilter.reset();
         MakeTopNode();
-        for (const NodeTrail& trail : m_openBeforeFilter) {
-            TreeGraphItem* node = m_topNode;
-            if (node) OpenNode(node);
-            for (auto step = trail.begin(); node && step != trail.end(); ++step) {
-                TreeGraphItem* child = node->GetFirstChild();
-                while (child &&
-                       (child->GetKey() != step->first || child->GetData() != step->second))
-                    child = child->GetNextSibling();
-                if (child) OpenNode(child);
-                node = child;
-            }
-        }
+        ReopenTrails(m_openBeforeFilter);
         m_openBeforeFilter.clear();
         return 0;
     }
     if (!m_topNode) return 0;
     auto state = std::make_unique<NameFilterState>();
+    state->text = std::string(text);
     state->matches = FilterSegmentNames(m_startKey, text, cancel);
     if (state->matches.cancelled) return -1;
-    if (!m_nameFilter) {
-        m_openBeforeFilter.clear();
-        NodeTrail trail;
-        if (m_topNode->GetExpandedMark()) m_openBeforeFilter.push_back(trail);
-        CollectOpenTrails(m_topNode, trail, m_openBeforeFilter);
-    }
+    if (!m_nameFilter) m_openBeforeFilter = OpenTrails();
     m_nameFilter = std::move(state);
     MakeTopNode();
     if (m_topNode) OpenFiltered(m_topNode);
     return static_cast<long>(m_nameFilter->matches.hits);
+}
+
+void HoopsSegmentTree::Remake() {
+    if (m_nameFilter) {
+        const std::string text = m_nameFilter->text;
+        m_nameFilter->matches = FilterSegmentNames(m_startKey, text);
+        MakeTopNode();
+        if (m_topNode) OpenFiltered(m_topNode);
+        return;
+    }
+    const std::vector<NodeTrail> open = OpenTrails();
+    MakeTopNode();
+    ReopenTrails(open);
+}
+
+std::vector<HoopsSegmentTree::NodeTrail> HoopsSegmentTree::OpenTrails() {
+    std::vector<NodeTrail> trails;
+    if (!m_topNode) return trails;
+    NodeTrail trail;
+    if (m_topNode->GetExpandedMark()) trails.push_back(trail);
+    CollectOpenTrails(m_topNode, trail, trails);
+    return trails;
+}
+
+void HoopsSegmentTree::ReopenTrails(const std::vector<NodeTrail>& trails) {
+    for (const NodeTrail& trail : trails) {
+        TreeGraphItem* node = m_topNode;
+        if (node) OpenNode(node);
+        for (auto step = trail.begin(); node && step != trail.end(); ++step) {
+            TreeGraphItem* child = node->GetFirstChild();
+            while (child && (child->GetKey() != step->first || child->GetData() != step->second))
+                child = child->GetNextSibling();
+            if (child) OpenNode(child);
+            node = child;
+        }
+    }
 }
 
 bool HoopsSegmentTree::FilteredParent(HC_KEY segment) const {

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include <obsidra/hc_undo.h>
+
 #include "mvo/base_view.h"
 #include "mvo/geom_handle.h"
 #include "mvo/hdb.h"
@@ -79,6 +81,33 @@ TreeGraphItem* ChildWithKey(TreeGraphItem* node, HC_KEY key) {
 
 } // namespace
 
+// The full menu after its two submenus; 0 is a separator.
+constexpr AttributeCommand kSegmentCommands[] = {
+    {kCmdShowBounding, "Show Bounding", nullptr},
+    {0, nullptr, nullptr},
+    {kCmdOptimize, "Optimize", nullptr},
+    {0, nullptr, nullptr},
+    {kCmdCutSegment, "Cut Segment", nullptr},
+    {kCmdPasteSegment, "Paste Segment", nullptr},
+    {kCmdDeleteSegment, "Delete Segment", nullptr},
+    {kCmdFlushSegmentContents, "Flush Segment Contents", nullptr},
+    {0, nullptr, nullptr},
+    {kCmdCreateChildSegment, "Create Child Segment", nullptr},
+    {kCmdZoomToSegment, "Zoom To Segment", nullptr},
+    {kCmdLoadIntoSegment, "Load Into Segment", nullptr},
+    {kCmdActivateManipulator, "Activate Manipulator", nullptr},
+    {kCmdSaveToHmf, "Save to HMF", nullptr},
+    {kCmdEdit, "Edit", nullptr},
+    {kCmdAddStyle, "AddStyle", nullptr},
+    {kCmdAddInclude, "AddInclude", nullptr},
+    {kCmdGotoStyleInclude, "GotoStyleInclude", nullptr},
+};
+
+constexpr AttributeCommand kAttributeLineCommands[] = {
+    {kCmdUndefineAttribute, "Undefine Attribute", nullptr},
+    {kCmdEdit, "Edit", nullptr},
+};
+
 std::span<const AttributeCommand> AddAttributeCommands() {
     return kAddAttribute;
 }
@@ -87,7 +116,36 @@ std::span<const AttributeCommand> ShowNetAttributeCommands() {
     return kShowNetAttribute;
 }
 
+std::span<const AttributeCommand> SegmentMenuCommands() {
+    return kSegmentCommands;
+}
+
+std::span<const AttributeCommand> AttributeLineCommands() {
+    return kAttributeLineCommands;
+}
+
+std::string UndoStepName(int commandId) {
+    for (const AttributeCommand& command : kAddAttribute)
+        if (command.commandId == commandId) return std::string("Add ") + command.text;
+    for (const auto commands :
+         {SegmentMenuCommands(), AttributeLineCommands(), ShowNetAttributeCommands()})
+        for (const AttributeCommand& command : commands)
+            if (command.commandId == commandId && command.text) return command.text;
+    return {};
+}
+
+// A command that changes nothing (a question, a cancelled dialog) leaves an empty step, which
+// the database drops.
 bool SegmentCommands::Run(int commandId, TreeGraphItem* node) {
+    const std::string name = UndoStepName(commandId);
+    if (name.empty()) return false;
+    HC_Begin_Undo_Step(name.c_str());
+    const bool known = Dispatch(commandId, node);
+    HC_End_Undo_Step();
+    return known;
+}
+
+bool SegmentCommands::Dispatch(int commandId, TreeGraphItem* node) {
     switch (commandId) {
     case kCmdUndefineAttribute:
         UndefineAttribute(node);

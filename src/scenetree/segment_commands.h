@@ -49,6 +49,13 @@ struct AttributeCommand {
 };
 std::span<const AttributeCommand> AddAttributeCommands();
 std::span<const AttributeCommand> ShowNetAttributeCommands();
+// The other items of the segment menu after its two submenus (command id 0: a separator), and
+// of the attribute line menu; their attribute is null.
+std::span<const AttributeCommand> SegmentMenuCommands();
+std::span<const AttributeCommand> AttributeLineCommands();
+// What "Undo" and "Redo" call the step of a command: its menu text, "Add" and the attribute's
+// text for an "Add Attribute" item; empty for an id no menu has.
+std::string UndoStepName(int commandId);
 
 // A file dialog's settings. filter is in the "Description (*.ext)|*.ext||" form; the default
 // extension (without dot) is added to a name typed without one.
@@ -91,7 +98,8 @@ public:
     SegmentCommands(HoopsSegmentTree& tree, SegmentCommandHost& host)
         : m_tree(tree), m_host(host) {}
 
-    // Runs the command of a menu item on the node; false for an id no menu has.
+    // Runs the command of a menu item on the node, as one step of undo named UndoStepName;
+    // false for an id no menu has.
     bool Run(int commandId, TreeGraphItem* node);
 
     void AddAttribute(TreeGraphItem* node, const char* attribute);
@@ -116,6 +124,8 @@ public:
     void DoubleClick(TreeGraphItem* node);
 
 private:
+    bool Dispatch(int commandId, TreeGraphItem* node);
+
     void AddLink(TreeGraphItem* node, bool style);
     // The node's key when it names a live segment, else 0.
     HC_KEY SegmentKey(const TreeGraphItem* node) const;

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdlib>
 
+#include <obsidra/hc_undo.h>
+
 #include "scenetree/database_lists.h"
 #include "scenetree/hoops_segment_tree.h"
 #include "scenetree/scene_access.h"
@@ -267,6 +269,11 @@ int HoopsSegmentTree::Search(SearchKind kind, std::string_view text, TreeGraphIt
         if (IsAlive(query.findKey)) query.findKey = HC_Show_Original_Key(query.findKey);
     }
 
+    // A search that replaces, unsets or deletes is one step of undo.
+    const char* stepName = run.second == "delete"  ? "Delete Found"
+                           : run.second == "unset" ? "Unset Found"
+                                                   : "Replace";
+    if (separator != std::string_view::npos) HC_Begin_Undo_Step(stepName);
     bool complete = SearchStep(run, start->GetKey(), 0);
     if (!complete && m_notifier) m_notifier->ShowMessage(kDepthMessage);
 
@@ -280,6 +287,7 @@ int HoopsSegmentTree::Search(SearchKind kind, std::string_view text, TreeGraphIt
             m_revealed.push_back(node);
         }
     }
+    if (separator != std::string_view::npos) HC_End_Undo_Step();
     m_results = std::move(run.results);
     return static_cast<int>(m_results.size());
 }

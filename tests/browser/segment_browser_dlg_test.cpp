@@ -290,7 +290,10 @@ TEST_F(SegmentBrowserTest, ResizingFollowsTheLayoutRules) {
     EXPECT_EQ(Control(1567)->width(), 485);
     EXPECT_EQ(Control(1567)->geometry().bottom() + 1, Control(2201)->y() + 410)
         << "the tree ends where the template's would; the filter box takes its top";
-    EXPECT_EQ(Control(2201)->width(), 485);
+    EXPECT_EQ(Control(2203)->geometry().right(), 500 - 8 - 1) << "redo keeps to the right";
+    const int gap = Control(2203)->x() - Control(2202)->geometry().right() - 1;
+    EXPECT_EQ(Control(2202)->x() - Control(2201)->geometry().right() - 1, gap)
+        << "the filter box fills the rest of the row";
     EXPECT_EQ(Control(1057)->pos(), QPoint(420, 572));
     EXPECT_FALSE(Control(1555)->isEnabled()) << "greyed from the first sizing on";
     m_dialog->resize(100, 100);
@@ -456,6 +459,37 @@ TEST_F(SegmentBrowserTest, TheNameFilterNarrowsTheTreeAndClearingRestoresIt) {
     ASSERT_NE(Tree().currentItem(), nullptr);
     EXPECT_EQ(Tree().currentItem()->text(0).toStdString(), picked);
     EXPECT_TRUE(Tree().currentItem()->parent()->isExpanded()) << "the picked node is in sight";
+}
+
+} // namespace
+
+namespace {
+
+// Each command is one step: "Undo Delete Segment" brings the segment back with its key and the
+// tree follows, keeping what was open; Ctrl+Shift+Z deletes it again.
+TEST_F(SegmentBrowserTest, UndoAndRedoNameTheStepAndTheTreeFollows) {
+    QTreeWidgetItem* part = Open(Top(), "part");
+    m_choose = 5268;
+    RightClick(part);
+    QTest::qWait(0);
+    EXPECT_EQ(Texts(Top()), (std::vector<std::string>{"big", "styled"}));
+    auto* undo = Control<QPushButton>(CSegmentBrowserDlg::kUndoId);
+    auto* redo = Control<QPushButton>(CSegmentBrowserDlg::kRedoId);
+    EXPECT_EQ(undo->toolTip(), "Undo Delete Segment");
+    EXPECT_FALSE(redo->isEnabled());
+
+    QTest::mouseClick(undo, Qt::LeftButton);
+    QTest::qWait(0);
+    EXPECT_EQ(Texts(Top()), (std::vector<std::string>{"big", "part", "styled"}));
+    EXPECT_TRUE(Top()->isExpanded()) << "what was open is open again";
+    EXPECT_EQ(Path(m_part), Path(m_view->GetModelKey()) + "/part") << "the same key";
+    EXPECT_EQ(redo->toolTip(), "Redo Delete Segment");
+    EXPECT_FALSE(undo->isEnabled());
+
+    QTest::keyClick(m_dialog.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::qWait(0);
+    EXPECT_EQ(Texts(Top()), (std::vector<std::string>{"big", "styled"}));
+    EXPECT_GT(m_view->GetUpdateCount(), 0);
 }
 
 } // namespace
