@@ -7,7 +7,6 @@
 
 #include "hc/hc_test.h"
 #include "host/mesh/mesh_importer.h"
-#include "mvo/hdb.h"
 #include "mvo/model_info.h"
 
 namespace obsidra::host::mesh {
@@ -182,14 +181,6 @@ TEST_F(MeshImportTest, CancelLeavesTheSceneAsItWas) {
     EXPECT_TRUE(result.cancelled);
     EXPECT_FALSE(result.imported);
     EXPECT_TRUE(List("/model/mesh", "everything").empty());
-}
-
-TEST_F(MeshImportTest, LoadIntoSegmentReadsMeshes) {
-    HDB::GetHIOManager()->RegisterInputHandler("stl", std::make_shared<MeshInputHandler>());
-    EXPECT_EQ(HDB::GetHIOManager()->Read(OBSIDRA_TEST_DATA "/Spider_binary.stl", m_segment),
-              HFileInputResult::Success);
-    EXPECT_EQ(Census().GetTotalFaces(), 1368u);
-    HDB::GetHIOManager()->RegisterInputHandler("stl", nullptr);
 }
 
 } // namespace

@@ -1,7 +1,5 @@
 #include "host/mesh/mesh_importer.h"
 
-#include <iostream>
-
 #include "host/mesh/mesh_writer.h"
 
 namespace obsidra::host::mesh {
@@ -33,14 +31,6 @@ MeshImportResult ImportMeshFile(const std::string& path, HC_KEY segment,
     result.warnings = std::move(read.scene->warnings);
     result.faces = read.scene->PlacedFaceCount();
     return result;
-}
-
-bool MeshInputHandler::FileInputByKey(const char* filename, HC_KEY segment, const char*) {
-    const MeshImportResult result = ImportMeshFile(filename, segment);
-    for (const std::string& warning : result.warnings)
-        std::cerr << "warning: " << warning << "\n";
-    if (!result.imported) std::cerr << result.error << "\n";
-    return result.imported;
 }
 
 } // namespace obsidra::host::mesh

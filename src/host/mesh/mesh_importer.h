@@ -1,5 +1,5 @@
-// A mesh file into a segment in one call, for callers on the database's thread: the input
-// handler of "Load Into Segment", tests, benchmarks. The viewer reads and writes apart.
+// A mesh file into a segment in one call, for callers on the database's thread: tests and
+// benchmarks. The viewer reads on a worker thread and writes apart.
 #pragma once
 
 #include <string>
@@ -8,7 +8,6 @@
 #include <obsidra/hc.h>
 
 #include "host/mesh/mesh_reader.h"
-#include "mvo/io_manager.h"
 
 namespace obsidra::host::mesh {
 
@@ -22,11 +21,5 @@ struct MeshImportResult {
 
 MeshImportResult ImportMeshFile(const std::string& path, HC_KEY segment,
                                 const MeshReadOptions& options = {});
-
-// Reads every format assimp knows for "Load Into Segment"; errors and warnings go to stderr.
-class MeshInputHandler final : public HInputHandler {
-public:
-    bool FileInputByKey(const char* filename, HC_KEY segment, const char* options) override;
-};
 
 } // namespace obsidra::host::mesh
