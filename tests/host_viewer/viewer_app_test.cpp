@@ -7,15 +7,18 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPainter>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTreeView>
 #include <QUrl>
 #include <gtest/gtest.h>
 
 #include <obsidra/hc.h>
 
+#include "host/view/scene_view_widget.h"
 #include "host/viewer/main_window.h"
 #include "mvo/model_info.h"
 
@@ -50,9 +53,25 @@ QAction* Action(QWidget& window, const QString& text) {
     return nullptr;
 }
 
-void Shoot(QWidget* widget, const char* name) {
+// The window with a dialog over its right half, for the documentation.
+void Shoot(QWidget& window, QWidget* dialog, const char* name) {
     const QString folder = qEnvironmentVariable("OBSIDRA_VIEWER_SHOTS");
-    if (!folder.isEmpty() && widget) widget->grab().save(folder + "/" + name + ".png");
+    if (folder.isEmpty()) return;
+    const QPixmap under = window.grab();
+    const QPixmap over = dialog ? dialog->grab() : QPixmap();
+    const QPoint at(under.width() - over.width() / 2, 48);
+    QPixmap shot(std::max(under.width(), at.x() + over.width() + 8),
+                 std::max(under.height(), at.y() + over.height() + 8));
+    shot.fill(QColor(208, 208, 208));
+    QPainter painter(&shot);
+    painter.drawPixmap(0, 0, under);
+    if (dialog) {
+        painter.fillRect(QRect(at + QPoint(5, 5), over.size()), QColor(0, 0, 0, 70));
+        painter.drawPixmap(at, over);
+        painter.setPen(Qt::gray);
+        painter.drawRect(QRect(at, over.size()).adjusted(-1, -1, 0, 0));
+    }
+    shot.save(folder + "/" + name + ".png");
 }
 
 class ViewerAppTest : public ::testing::Test {
@@ -139,23 +158,35 @@ TEST_F(ViewerAppTest, CancelStopsALongLoadAndKeepsTheScene) {
 
 TEST_F(ViewerAppTest, TheToolsMenuOpensTheModulesDialogs) {
     ASSERT_TRUE(Open(kHouse)[0].toBool());
-    Shoot(&m_window, "viewer");
+    Shoot(m_window, nullptr, "viewer");
 
     Action(m_window, "Segment Browser")->trigger();
     QWidget* browser = TopLevel("CSegmentBrowserDlg");
     ASSERT_TRUE(browser);
-    Shoot(browser, "viewer-segment-browser");
+    if (auto* tree = browser->findChild<QTreeView*>()) {
+        // Children are made as their parents expand: one level at a time.
+        for (int depth = 0; depth < 3; ++depth) {
+            tree->expandToDepth(depth);
+            QApplication::processEvents();
+        }
+    }
+    Shoot(m_window, browser, "viewer-segment-browser");
 
     Action(m_window, "Component Viewer")->trigger();
     QWidget* components = TopLevel("OrnViewer");
     ASSERT_TRUE(components);
-    Shoot(components, "viewer-component-viewer");
+    // A pick in the view selects the picked shell's component and marks it in the viewer.
+    const ifc::IfcComponent& door = m_window.Building()->Building().Components().back();
+    emit m_window.View()->Picked(door.shells.front(), {});
+    EXPECT_EQ(m_window.Building()->Selection(), std::vector<std::uint64_t>{door.handle});
+    if (auto* tree = components->findChild<QTreeView*>()) tree->expandToDepth(2);
+    Shoot(m_window, components, "viewer-component-viewer");
 
     bool statisticsShown = false;
     QTimer::singleShot(200, [&] {
         QWidget* statistics = TopLevel("CUxTongJiDialog");
         statisticsShown = statistics != nullptr;
-        Shoot(statistics, "viewer-statistics");
+        Shoot(m_window, statistics, "viewer-statistics");
         if (statistics) statistics->close();
     });
     Action(m_window, "Statistics")->trigger();
