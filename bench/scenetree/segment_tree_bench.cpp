@@ -1,23 +1,30 @@
 // The segment tree over a million items: what the browser does when the user expands, pages,
 // searches and selects in a very large scene.
 
+#include <atomic>
 #include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include <obsidra/hc.h>
 
 #include "model_of_parts.h"
 #include "scenetree/hoops_segment_tree.h"
 #include "scenetree/model_texts.h"
+#include "scenetree/name_filter.h"
 
 namespace {
 
 constexpr int kMillion = 1000000;
 
-// One scene per process: a model with a million named subsegments, each holding one triangle.
+// One scene per process: a model with a million named subsegments, each holding one triangle
+// (a thousand with OBSIDRA_BENCH_SMALL=1, to check that the benchmarks run).
 ModelOfParts& TheScene() {
-    static ModelOfParts scene(kMillion);
+    const char* small = std::getenv("OBSIDRA_BENCH_SMALL");
+    static ModelOfParts scene(small && *small == '1' ? 1000 : kMillion);
     return scene;
 }
 
@@ -70,5 +77,35 @@ void BM_CensusOfAMillionShells(benchmark::State& state) {
         benchmark::DoNotOptimize(obsidra::scenetree::CensusLines(scene.model->GetModelKey()));
 }
 BENCHMARK(BM_CensusOfAMillionShells)->Unit(benchmark::kMillisecond);
+
+// One keystroke of a filter typed into the tree: from the first letter, which every part
+// holds, to a text that matches eleven parts, and one that matches none. The first hit is what
+// the user waits for; the full time bounds what a keystroke costs when nothing cancels it.
+void BM_NameFilterKeystrokeOverAMillion(benchmark::State& state) {
+    static const char* const kTyped[] = {"p", "part 9", "part 99999", "no such part"};
+    ModelOfParts& scene = TheScene();
+    const char* text = kTyped[state.range(0)];
+    std::atomic<bool> cancel = false;
+    double firstHit = 0;
+    size_t hits = 0;
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        bool first = true;
+        hits = obsidra::scenetree::FilterSegmentNames(
+                   scene.model->GetModelKey(), text, &cancel,
+                   [&](std::span<const HC_KEY>) {
+                       if (std::exchange(first, false))
+                           firstHit += std::chrono::duration<double, std::milli>(
+                                           std::chrono::steady_clock::now() - start)
+                                           .count();
+                   })
+                   .hits;
+    }
+    state.SetLabel(text);
+    state.counters["hits"] = static_cast<double>(hits);
+    state.counters["first_hit_ms"] =
+        benchmark::Counter(firstHit, benchmark::Counter::kAvgIterations);
+}
+BENCHMARK(BM_NameFilterKeystrokeOverAMillion)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
 
 } // namespace

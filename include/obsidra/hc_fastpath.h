@@ -49,6 +49,24 @@ enum {
 };
 HC_EXPORT unsigned HC_Fast_Segment_Holds(HC_KEY segment);
 
+/* One item of a contents search with what a walk asks of it next, in one call. */
+typedef struct {
+    HC_KEY key;
+    /* The type word HC_Find_Contents gives ("segment", "shell"), the database's own text. */
+    const char* type;
+    size_t type_length;
+    /* For a segment, what HC_Fast_Segment_Holds and HC_Fast_Segment_Name answer; 0 and NULL
+     * for any other item. */
+    unsigned holds;
+    const char* name;
+    size_t name_length;
+} HC_FAST_CONTENTS_ITEM;
+
+/* The next item of the innermost contents search, as HC_Find_Contents finds it; false at the
+ * end, with item unchanged. A search walking a million segments would otherwise ask three
+ * questions of each. */
+HC_EXPORT bool HC_Fast_Find_Contents(HC_FAST_CONTENTS_ITEM* item);
+
 /* A census of the geometry at and below a key. */
 typedef enum {
     HC_CENSUS_SHELL,
@@ -100,6 +118,17 @@ HC_EXPORT void HC_Fast_Census(HC_KEY key, HC_CENSUS* census);
  * "FILE: " and the mistake with its line and column. Nothing goes to the error handler: the
  * caller that asks this way reports the failure itself. */
 HC_EXPORT bool HC_Fast_Read_Metafile(const char* file, HC_KEY segment, char* error);
+
+/* Process-wide services by name: one pointer per name, for what the static layers must share
+ * although each shared object in the process carries its own copy of them (the registry of
+ * input handlers, which a host fills and the module reads). The first caller that finds no
+ * service defines its own; every later caller, in any library, shows that one. Defining null
+ * forgets the name. Resetting the scene keeps them: they belong to the process, not to the
+ * scene. The database only keeps the pointer; what it points at stays its definer's, and
+ * must outlive every caller that may show it. */
+HC_EXPORT void HC_Fast_Define_Service(const char* name, void* service);
+/* The service defined under that name, or NULL. */
+HC_EXPORT void* HC_Fast_Show_Service(const char* name);
 
 #ifdef __cplusplus
 }

@@ -278,6 +278,9 @@ public:
     public:
         virtual ~Geometry() = default;
         virtual void SetVisible(bool visible) = 0;
+        // Draws the geometry see-through (x-ray) or as it is; a host without the mode ignores
+        // it. Display state only: the scene is not changed.
+        virtual void SetXRay(bool /*xRay*/) {}
     };
 
     // Keeps the geometry alive for as long as the viewer holds the handle.

@@ -332,8 +332,7 @@ void ComponentTree::ToggleByMouse(NodeIndex node) {
         current == CheckState::Checked ? CheckState::Unchecked : CheckState::Checked;
     SetCheckState(node, next, true);
     ApplyVisibility(node, next != CheckState::Unchecked);
-    ComponentHost::View* view = m_host ? m_host->GetView() : nullptr;
-    if (view) view->RedrawView();
+    RedrawHost();
 }
 
 void ComponentTree::ToggleSelectedByKey() {
@@ -346,9 +345,10 @@ void ComponentTree::ToggleSelectedByKey() {
 
 // Geometry nodes are always leaves, so only leaves are looked at; a subtree walk visits them in
 // tree order, which is the order the host sees the calls in.
-void ComponentTree::ApplyVisibility(NodeIndex node, bool visible) {
+template <class Apply>
+void ComponentTree::ForEachGeometry(NodeIndex node, Apply&& apply) {
     ComponentHost::GeometryIndex* index = m_host ? m_host->GetGeometryIndex() : nullptr;
-    if (!index) return;
+    if (!index || !IsValid(node)) return;
     std::vector<NodeIndex> pending{node};
     while (!pending.empty()) {
         const NodeIndex current = pending.back();
@@ -363,9 +363,50 @@ void ComponentTree::ApplyVisibility(NodeIndex node, bool visible) {
         if (!record) continue;
         const std::shared_ptr<ComponentHost::GeometryHandle> handle =
             index->FindGeometry(record->id);
-        ComponentHost::Geometry* geometry = handle ? handle->GetGeometry() : nullptr;
-        if (geometry) geometry->SetVisible(visible);
+        if (ComponentHost::Geometry* geometry = handle ? handle->GetGeometry() : nullptr)
+            apply(*geometry);
     }
+}
+
+void ComponentTree::ApplyVisibility(NodeIndex node, bool visible) {
+    ForEachGeometry(node, [visible](ComponentHost::Geometry& g) { g.SetVisible(visible); });
+}
+
+void ComponentTree::RedrawHost() {
+    ComponentHost::View* view = m_host ? m_host->GetView() : nullptr;
+    if (view) view->RedrawView();
+}
+
+void ComponentTree::Isolate(NodeIndex node) {
+    if (!IsValid(node)) return;
+    SetCheckState(Root(), CheckState::Unchecked, true);
+    ApplyVisibility(Root(), false);
+    if (GetCheckState(node) != CheckState::NoBox) {
+        SetCheckState(node, CheckState::Checked, true);
+    } else {
+        for (const NodeIndex child : Children(node))
+            if (GetCheckState(child) != CheckState::NoBox)
+                SetCheckState(child, CheckState::Checked, true);
+    }
+    ApplyVisibility(node, true);
+    RedrawHost();
+}
+
+void ComponentTree::XRay(NodeIndex node) {
+    if (!IsValid(node)) return;
+    ForEachGeometry(Root(), [](ComponentHost::Geometry& g) { g.SetXRay(true); });
+    ForEachGeometry(node, [](ComponentHost::Geometry& g) { g.SetXRay(false); });
+    RedrawHost();
+}
+
+void ComponentTree::ShowAll() {
+    if (Root() == kNoNode) return;
+    SetCheckState(Root(), CheckState::Checked, true);
+    ForEachGeometry(Root(), [](ComponentHost::Geometry& g) {
+        g.SetVisible(true);
+        g.SetXRay(false);
+    });
+    RedrawHost();
 }
 
 // ---- highlight -----------------------------------------------------------------------------

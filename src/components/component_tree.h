@@ -113,6 +113,14 @@ public:
     // The Space key on the selected node: the boxes change, the host's geometry does not.
     void ToggleSelectedByKey();
 
+    // Beyond the boxes, each followed by one redraw of the host's view:
+    // only the node's subtree stays shown, its boxes ticked and every other box clear;
+    void Isolate(NodeIndex node);
+    // everything outside the node's subtree is drawn see-through, the boxes untouched;
+    void XRay(NodeIndex node);
+    // every box ticked, all geometry shown, nothing see-through.
+    void ShowAll();
+
     // Highlight: components the host has selected, and their ancestors.
     // Replaces the highlight with these components and asks the view to repaint.
     void SetHighlight(std::span<const std::uint64_t> componentHandles);
@@ -170,6 +178,10 @@ private:
     void SetSubtreeStates(NodeIndex node, CheckState state);
     void AlignAncestors(NodeIndex node, CheckState state);
     void ApplyVisibility(NodeIndex node, bool visible);
+    // Calls apply for the host's geometry of every geometry node in the subtree, in tree order.
+    template <class Apply>
+    void ForEachGeometry(NodeIndex node, Apply&& apply);
+    void RedrawHost();
 
     void NotifyAboutToReset();
     void NotifyReset();

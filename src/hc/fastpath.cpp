@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -7,6 +8,7 @@
 
 #include "hc/database.h"
 #include "hc/metafile.h"
+#include "hc/session.h"
 #include "hc/text.h"
 
 namespace hc {
@@ -15,6 +17,20 @@ namespace {
 const Segment* SegmentOf(const Database& db, HC_KEY key) {
     Slot slot = db.Resolve(key);
     return slot == kNoSlot ? nullptr : db.GetSegment(slot);
+}
+
+std::string_view OwnName(const Database& db, const Segment& segment) {
+    return segment.slot == db.Root() ? std::string_view("/") : std::string_view(segment.name);
+}
+
+unsigned Holds(const Segment& segment) {
+    unsigned holds = 0;
+    if (segment.segments.count != 0) holds |= HC_HOLDS_SUBSEGMENTS;
+    if (segment.links.count != 0) holds |= HC_HOLDS_LINKS;
+    if (segment.geometry.count != 0) holds |= HC_HOLDS_GEOMETRY;
+    if (segment.definitions) holds |= HC_HOLDS_DEFINITIONS;
+    if (segment.staticModel != kNoSlot) holds |= HC_HOLDS_STATIC_MODEL;
+    return holds;
 }
 
 void AddItem(const Geometry& geometry, HC_CENSUS& census) {
@@ -173,6 +189,14 @@ void Census(const Database& db, Slot start, HC_CENSUS& census) {
     }
 }
 
+// Not part of the database: a reset empties the scene, and the services outlive it. Never
+// destroyed, since a library's destructors may still ask for a service at exit (and what the
+// services point at stays reachable from here until the end).
+std::map<std::string, void*, std::less<>>& Services() {
+    static auto* services = new std::map<std::string, void*, std::less<>>;
+    return *services;
+}
+
 } // namespace
 } // namespace hc
 
@@ -231,21 +255,32 @@ const char* HC_Fast_Segment_Name(HC_KEY segment, size_t* length) {
     const Database& db = Current();
     const Segment* found = SegmentOf(db, segment);
     if (!found) return nullptr;
-    std::string_view name = found->slot == db.Root() ? std::string_view("/") : found->name;
+    std::string_view name = OwnName(db, *found);
     if (length) *length = name.size();
     return name.data();
 }
 
 unsigned HC_Fast_Segment_Holds(HC_KEY segment) {
     const Segment* owner = SegmentOf(Current(), segment);
-    if (!owner) return 0;
-    unsigned holds = 0;
-    if (owner->segments.count != 0) holds |= HC_HOLDS_SUBSEGMENTS;
-    if (owner->links.count != 0) holds |= HC_HOLDS_LINKS;
-    if (owner->geometry.count != 0) holds |= HC_HOLDS_GEOMETRY;
-    if (owner->definitions) holds |= HC_HOLDS_DEFINITIONS;
-    if (owner->staticModel != kNoSlot) holds |= HC_HOLDS_STATIC_MODEL;
-    return holds;
+    return owner ? Holds(*owner) : 0;
+}
+
+bool HC_Fast_Find_Contents(HC_FAST_CONTENTS_ITEM* item) {
+    Found found{};
+    if (!item || !CurrentSession().FindContents(found)) return false;
+    const Database& db = Current();
+    std::string_view type = TypeWord(found.type);
+    *item = {};
+    item->key = db.KeyOf(found.slot);
+    item->type = type.data();
+    item->type_length = type.size();
+    if (const Segment* segment = db.GetSegment(found.slot)) {
+        item->holds = Holds(*segment);
+        std::string_view name = OwnName(db, *segment);
+        item->name = name.data();
+        item->name_length = name.size();
+    }
+    return true;
 }
 
 void HC_Fast_Census(HC_KEY key, HC_CENSUS* census) {
@@ -265,6 +300,20 @@ bool HC_Fast_Read_Metafile(const char* file, HC_KEY segment, char* error) {
         return true;
     CopyOut(reason, error);
     return false;
+}
+
+void HC_Fast_Define_Service(const char* name, void* service) {
+    if (!name) return;
+    if (service)
+        Services()[name] = service;
+    else if (auto found = Services().find(std::string_view(name)); found != Services().end())
+        Services().erase(found);
+}
+
+void* HC_Fast_Show_Service(const char* name) {
+    if (!name) return nullptr;
+    auto found = Services().find(std::string_view(name));
+    return found == Services().end() ? nullptr : found->second;
 }
 
 } // extern "C"

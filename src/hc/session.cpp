@@ -110,17 +110,22 @@ void Session::BeginContentsSearch(std::string_view scope, std::string_view filte
     m_searches.push_back({m_db.Contents(segment, filter, subtree, throughIncludes), 0});
 }
 
-bool Session::FindContents(std::string_view& type, HC_KEY& key) {
+bool Session::FindContents(Found& found) {
     ContentsSearch* search = Innermost(m_searches, "contents");
     if (!search) return false;
     while (search->next < search->items.size()) {
-        Found found = search->items[search->next++];
-        if (!m_db.Get(found.slot)) continue; // deleted since the search began
-        type = TypeWord(found.type);
-        key = m_db.KeyOf(found.slot);
-        return true;
+        found = search->items[search->next++];
+        if (m_db.Get(found.slot)) return true; // else deleted since the search began
     }
     return false;
+}
+
+bool Session::FindContents(std::string_view& type, HC_KEY& key) {
+    Found found{};
+    if (!FindContents(found)) return false;
+    type = TypeWord(found.type);
+    key = m_db.KeyOf(found.slot);
+    return true;
 }
 
 int Session::ContentsCount() const {

@@ -56,6 +56,8 @@ public:
     // --- Searches -------------------------------------------------------------------------------
     void BeginContentsSearch(std::string_view scope, std::string_view filter);
     bool FindContents(std::string_view& type, HC_KEY& key);
+    // The next item as the database holds it, for callers inside the library.
+    bool FindContents(Found& found);
     int ContentsCount() const;
     void EndContentsSearch();
 

@@ -1,9 +1,10 @@
 #include "scenetree/database_lists.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include <obsidra/hc_fastpath.h>
+
+#include "text/text.h"
 
 namespace obsidra::scenetree {
 
@@ -25,10 +26,7 @@ std::string SegmentOwnName(HC_KEY segment) {
     const char* name = HC_Fast_Segment_Name(segment, &length);
     if (!name) return {};
     if (length) return std::string(name, length);
-    char text[24];
-    std::snprintf(text, sizeof text, "@%llX",
-                  static_cast<unsigned long long>(HC_Show_Original_Key(segment)));
-    return text;
+    return "@" + text::KeyText(HC_Show_Original_Key(segment));
 }
 
 SegmentHolds WhatSegmentHolds(HC_KEY segment) {

@@ -48,7 +48,7 @@ constexpr DefinitionSearch kDefinitionSearches[] = {
 };
 
 // The definitions of one sort in the open segment, by name.
-std::vector<std::string> DefinitionNames(const std::string& type) {
+std::vector<std::string> DefinitionNames(std::string_view type) {
     std::vector<std::string> names;
     for (const DefinitionSearch& search : kDefinitionSearches) {
         if (!Contains(type, search.typeWord)) continue;
@@ -76,16 +76,20 @@ struct Query {
     HC_KEY findKey = 0;
 };
 
-// One item a contents search listed: its type, and for an include the segment it brings in.
+// One item a contents search listed: its type, for an include the segment it brings in, and
+// for a segment its own name ("" for a nameless one).
 struct Candidate {
-    const std::string& typeWord;
+    std::string_view typeWord;
     ObjectType type;
     HC_KEY item;
     HC_KEY target;
+    std::string_view name;
 };
 
 bool SegmentHit(const Query& query, const Candidate& c) {
-    return c.type == ObjectType::Segment && Contains(SegmentOwnName(c.item), query.find);
+    if (c.type != ObjectType::Segment) return false;
+    return c.name.empty() ? Contains(SegmentOwnName(c.item), query.find)
+                          : Contains(c.name, query.find);
 }
 
 bool IncludeHit(const Query& query, const Candidate& c) {
@@ -187,13 +191,13 @@ const SearchKindRow& RowOf(SearchKind kind) {
     return kSearchKinds[static_cast<size_t>(kind) - static_cast<size_t>(SearchKind::Attribute)];
 }
 
-bool MayHoldHits(const SearchKindRow& row, HC_KEY segment) {
+// holds: what the segment holds, as HC_Fast_Segment_Holds tells it.
+bool MayHoldHits(const SearchKindRow& row, unsigned holds) {
     if (row.leafHolds & kLeafAnything) return true;
-    SegmentHolds holds = WhatSegmentHolds(segment);
-    return holds.subsegments || holds.links ||
-           ((row.leafHolds & kLeafGeometry) && holds.geometry) ||
-           ((row.leafHolds & kLeafDefinitions) && holds.definitions) ||
-           ((row.leafHolds & kLeafStaticModel) && holds.staticModel);
+    return (holds & (HC_HOLDS_SUBSEGMENTS | HC_HOLDS_LINKS)) ||
+           ((row.leafHolds & kLeafGeometry) && (holds & HC_HOLDS_GEOMETRY)) ||
+           ((row.leafHolds & kLeafDefinitions) && (holds & HC_HOLDS_DEFINITIONS)) ||
+           ((row.leafHolds & kLeafStaticModel) && (holds & HC_HOLDS_STATIC_MODEL));
 }
 
 } // namespace
@@ -290,23 +294,27 @@ bool HoopsSegmentTree::SearchStep(SearchRun& run, HC_KEY segment, int depth) {
     if (run.row->kind == SearchKind::Attribute) SearchSegmentAttributes(run, segment, depth);
     bool complete = true;
     ContentsSearch search(run.row->filter);
-    std::string typeWord;
-    HC_KEY item = 0;
-    while (search.Next(typeWord, item)) {
+    HC_FAST_CONTENTS_ITEM found;
+    while (search.Next(found)) {
+        std::string_view typeWord(found.type, found.type_length);
         ObjectType type = ObjectTypeOfWord(typeWord);
+        HC_KEY item = found.key;
         HC_KEY target = item;
+        unsigned holds = found.holds;
         int itemDepth = depth;
         if (type == ObjectType::Include) {
             run.path[static_cast<size_t>(itemDepth)] = item;
             if (++itemDepth >= kMaxDepth) return false;
             target = HC_Show_Include_Segment(item, nullptr);
+            holds = HC_Fast_Segment_Holds(target);
         }
         // What a contents search returns is alive, and so is what a live include includes.
         if ((type == ObjectType::Segment || type == ObjectType::Include) && IsObjectKey(target) &&
-            (itemDepth + 1 >= kMaxDepth || MayHoldHits(*run.row, target)) &&
+            (itemDepth + 1 >= kMaxDepth || MayHoldHits(*run.row, holds)) &&
             !SearchStep(run, target, itemDepth))
             complete = false;
-        if (run.row->isHit(run.query, {typeWord, type, item, target})) RecordHit(run, depth, item);
+        Candidate candidate{typeWord, type, item, target, {found.name, found.name_length}};
+        if (run.row->isHit(run.query, candidate)) RecordHit(run, depth, item);
     }
     return complete;
 }

@@ -286,3 +286,39 @@ TEST_F(CheckBoxes, ObserversHearEachChangeOnceAfterTheOperation) {
 
 } // namespace
 } // namespace obsidra::components
+
+namespace obsidra::components {
+namespace {
+
+// Geometries 11-13 lie under kAttribute, 14-16 elsewhere.
+TEST_F(CheckBoxes, IsolateXRayAndShowAllActOnTheWholeBuildingWithOneRedrawEach) {
+    const auto visible = [this] {
+        std::vector<std::int64_t> ids;
+        for (std::int64_t id = 11; id <= 16; ++id)
+            if (m_host.IsVisible(id).value_or(false)) ids.push_back(id);
+        return ids;
+    };
+    m_tree.Isolate(Node(kAttribute));
+    EXPECT_EQ(visible(), (std::vector<std::int64_t>{11, 12, 13}));
+    ExpectStates({{kWallA, CheckState::Checked},
+                  {kAttribute, CheckState::Checked},
+                  {kOuterWalls, CheckState::PartlyChecked},
+                  {{"工程A", "结构"}, CheckState::Unchecked}},
+                 "isolated");
+    EXPECT_EQ(m_host.RedrawCount(), 1);
+
+    m_tree.XRay(Node(kWallA));
+    for (std::int64_t id = 11; id <= 16; ++id)
+        EXPECT_EQ(m_host.IsXRay(id), id > 12) << id;
+    EXPECT_EQ(State(kAttribute), CheckState::Checked) << "x-ray leaves the boxes alone";
+
+    m_tree.ShowAll();
+    EXPECT_EQ(visible(), (std::vector<std::int64_t>{11, 12, 13, 14, 15, 16}));
+    for (std::int64_t id = 11; id <= 16; ++id)
+        EXPECT_EQ(m_host.IsXRay(id), false) << id;
+    EXPECT_EQ(State({}), CheckState::Checked);
+    EXPECT_EQ(m_host.RedrawCount(), 3);
+}
+
+} // namespace
+} // namespace obsidra::components

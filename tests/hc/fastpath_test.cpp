@@ -89,6 +89,37 @@ TEST_F(FastPathTest, PositionsNamesAndHoldings) {
     EXPECT_TRUE(TakeErrors().empty()) << "no question is reported";
 }
 
+// The one-call walk agrees with HC_Find_Contents and the two questions it saves.
+TEST_F(FastPathTest, FindContentsAnswersWhatAWalkAsks) {
+    HC_Open_Segment_By_Key(m_children[1]);
+    Triangle();
+    HC_Close_Segment();
+    HC_Open_Segment_By_Key(m_owner);
+    std::vector<HC_FAST_CONTENTS_ITEM> fast;
+    HC_Begin_Contents_Search(".", "everything");
+    for (HC_FAST_CONTENTS_ITEM item{}; HC_Fast_Find_Contents(&item);)
+        fast.push_back(item);
+    HC_End_Contents_Search();
+    HC_Begin_Contents_Search(".", "everything");
+    char type[HC_TEXT_MAX];
+    HC_KEY key = 0;
+    for (const HC_FAST_CONTENTS_ITEM& item : fast) {
+        ASSERT_TRUE(HC_Find_Contents(type, &key));
+        EXPECT_EQ(item.key, key);
+        EXPECT_EQ(std::string(item.type, item.type_length), type);
+        EXPECT_EQ(item.holds, HC_Fast_Segment_Holds(key));
+        size_t length = 0;
+        EXPECT_EQ(item.name, HC_Fast_Segment_Name(key, &length));
+        EXPECT_EQ(item.name_length, length);
+    }
+    EXPECT_FALSE(HC_Find_Contents(type, &key));
+    HC_End_Contents_Search();
+    HC_Close_Segment();
+    EXPECT_EQ(fast.size(), m_children.size());
+    HC_FAST_CONTENTS_ITEM none{};
+    EXPECT_FALSE(HC_Fast_Find_Contents(&none)) << "no search is going on";
+}
+
 TEST_F(FastPathTest, ReadsAMetafileIntoASegmentOrSaysWhyNot) {
     const std::string good = testing::TempDir() + "fastpath_good.hmf";
     const std::string bad = testing::TempDir() + "fastpath_bad.hmf";

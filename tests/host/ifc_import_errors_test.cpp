@@ -1,6 +1,7 @@
 #include <fstream>
 #include <random>
 #include <sstream>
+#include <thread>
 
 #include "ifc_test.h"
 #include "tiny_building.h"
@@ -198,6 +199,36 @@ TEST_F(IfcImportErrorsTest, ACancelledImportLeavesNothingBehind) {
             EXPECT_EQ(Scene(), before);
         }
     }
+}
+
+} // namespace
+} // namespace obsidra::host::ifc::testing
+
+namespace obsidra::host::ifc::testing {
+namespace {
+
+// Preparing on another thread leaves the scene alone; only writing the prepared building
+// changes it, and a failed preparation writes nothing.
+TEST_F(IfcImportErrorsTest, PreparedOnAWorkerWrittenOnTheScenesThread) {
+    HC_Reset_System();
+    const auto before = Scene();
+    PreparedIfc prepared;
+    PreparedIfc garbage;
+    std::thread worker([&] {
+        prepared = PrepareIfcFile(HousePath());
+        garbage = PrepareIfcText("ISO-10303-21;\nDATA;\n", "garbage");
+    });
+    worker.join();
+    ASSERT_TRUE(prepared.model);
+    EXPECT_FALSE(garbage.model);
+    EXPECT_EQ(Scene(), before);
+
+    const ImportResult failed = WriteIfcBuilding(std::move(garbage));
+    EXPECT_FALSE(failed.building);
+    EXPECT_NE(failed.error.find("garbage: "), std::string::npos) << failed.error;
+    EXPECT_EQ(Scene(), before);
+    ASSERT_TRUE(WriteIfcBuilding(std::move(prepared), {"/prepared", {}}).building);
+    EXPECT_NE(Scene(), before);
 }
 
 } // namespace

@@ -22,14 +22,28 @@ NodeIndex ComponentTreeModel::NodeOf(const QModelIndex& index) const {
 }
 
 QModelIndex ComponentTreeModel::IndexOf(NodeIndex node) const {
-    if (!m_tree.IsValid(node)) return {};
-    return createIndex(m_tree.Row(node), 0, static_cast<quintptr>(node));
+    if (!m_tree.IsValid(node) || !m_filter.Keeps(node)) return {};
+    return createIndex(ShownRow(node), 0, static_cast<quintptr>(node));
+}
+
+void ComponentTreeModel::SetFilter(std::string_view text) {
+    beginResetModel();
+    m_filter.Apply(m_tree, text);
+    endResetModel();
+}
+
+std::span<const NodeIndex> ComponentTreeModel::ShownChildren(NodeIndex node) const {
+    return m_filter.Active() ? m_filter.Children(node) : m_tree.Children(node);
+}
+
+int ComponentTreeModel::ShownRow(NodeIndex node) const {
+    return m_filter.Active() ? m_filter.Row(node) : m_tree.Row(node);
 }
 
 QModelIndex ComponentTreeModel::index(int row, int column, const QModelIndex& parent) const {
     if (column != 0 || row < 0) return {};
     if (!parent.isValid()) return row == 0 ? IndexOf(m_tree.Root()) : QModelIndex();
-    const std::span<const NodeIndex> children = m_tree.Children(NodeOf(parent));
+    const std::span<const NodeIndex> children = ShownChildren(NodeOf(parent));
     if (static_cast<std::size_t>(row) >= children.size()) return {};
     return createIndex(row, 0, static_cast<quintptr>(children[static_cast<std::size_t>(row)]));
 }
@@ -39,9 +53,10 @@ QModelIndex ComponentTreeModel::parent(const QModelIndex& child) const {
 }
 
 int ComponentTreeModel::rowCount(const QModelIndex& parent) const {
-    if (!parent.isValid()) return m_tree.Root() == kNoNode ? 0 : 1;
+    if (!parent.isValid())
+        return m_tree.Root() == kNoNode || !m_filter.Keeps(m_tree.Root()) ? 0 : 1;
     if (parent.column() != 0) return 0;
-    return static_cast<int>(m_tree.Children(NodeOf(parent)).size());
+    return static_cast<int>(ShownChildren(NodeOf(parent)).size());
 }
 
 int ComponentTreeModel::columnCount(const QModelIndex& /*parent*/) const {
@@ -88,7 +103,7 @@ void ComponentTreeModel::CheckStatesChanged(std::span<const NodeIndex> nodes) {
     std::vector<std::pair<NodeIndex, int>> places; // (parent, row)
     places.reserve(nodes.size());
     for (const NodeIndex node : nodes)
-        places.emplace_back(m_tree.Parent(node), m_tree.Row(node));
+        if (m_filter.Keeps(node)) places.emplace_back(m_tree.Parent(node), ShownRow(node));
     std::sort(places.begin(), places.end());
     const QList<int> roles{Qt::CheckStateRole};
     for (std::size_t first = 0; first < places.size();) {

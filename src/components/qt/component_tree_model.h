@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "components/component_filter.h"
 #include "components/component_tree.h"
 
 namespace obsidra::components::qt {
@@ -24,7 +25,13 @@ public:
     const ComponentTree& Tree() const { return m_tree; }
 
     NodeIndex NodeOf(const QModelIndex& index) const;
+    // Invalid for a node the filter leaves out.
     QModelIndex IndexOf(NodeIndex node) const;
+
+    // Shows only the nodes whose label holds the text, and their ancestors; an empty text shows
+    // every node again. The model is reset either way.
+    void SetFilter(std::string_view text);
+    const ComponentFilter& Filter() const { return m_filter; }
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& child) const override;
@@ -42,12 +49,19 @@ signals:
 
 private:
     void TreeAboutToReset() override { beginResetModel(); }
-    void TreeReset() override { endResetModel(); }
+    // A new tree drops the filter: its nodes are other nodes.
+    void TreeReset() override {
+        m_filter.Clear();
+        endResetModel();
+    }
+    std::span<const NodeIndex> ShownChildren(NodeIndex node) const;
+    int ShownRow(NodeIndex node) const;
     void CheckStatesChanged(std::span<const NodeIndex> nodes) override;
     void HighlightChanged(bool repaintNow) override { emit HighlightMarksChanged(repaintNow); }
     void InformationChanged(std::string_view text) override;
 
     ComponentTree m_tree;
+    ComponentFilter m_filter;
 };
 
 } // namespace obsidra::components::qt

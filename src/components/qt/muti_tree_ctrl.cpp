@@ -1,7 +1,9 @@
 #include "components/qt/muti_tree_ctrl.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QStyle>
@@ -48,6 +50,40 @@ QRect CMutiTreeCtrl::CheckBoxRect(NodeIndex node) const {
     return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
 }
 
+void CMutiTreeCtrl::SetFilterText(const QString& text) {
+    const bool wasFiltering = m_model->Filter().Active();
+    if (!wasFiltering) {
+        if (text.isEmpty()) return;
+        m_expandedBeforeFilter.clear();
+        CollectExpanded({}, m_expandedBeforeFilter);
+    }
+    const NodeIndex selected = Tree().Selected();
+    m_model->SetFilter(text.toStdString());
+    if (m_model->Filter().Active()) {
+        expandAll();
+    } else {
+        for (const NodeIndex node : m_expandedBeforeFilter)
+            setExpanded(m_model->IndexOf(node), true);
+        m_expandedBeforeFilter.clear();
+    }
+    // The reset cleared the view's current row; the tree's selection is still the same node.
+    if (const QModelIndex current = m_model->IndexOf(selected); current.isValid()) {
+        setCurrentIndex(current);
+        scrollTo(current);
+    }
+}
+
+// Only expanded rows are walked: the cost is that of the rows the user has opened.
+void CMutiTreeCtrl::CollectExpanded(const QModelIndex& parent,
+                                    std::vector<NodeIndex>& nodes) const {
+    for (int row = 0, rows = m_model->rowCount(parent); row < rows; ++row) {
+        const QModelIndex child = m_model->index(row, 0, parent);
+        if (!isExpanded(child)) continue;
+        nodes.push_back(m_model->NodeOf(child));
+        CollectExpanded(child, nodes);
+    }
+}
+
 void CMutiTreeCtrl::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         const NodeIndex node = m_model->NodeOf(indexAt(event->position().toPoint()));
@@ -73,6 +109,34 @@ void CMutiTreeCtrl::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTreeView::keyPressEvent(event);
+}
+
+// "Isolate" and "X-ray" act on the node under the click; "Show all" on the whole building.
+void CMutiTreeCtrl::contextMenuEvent(QContextMenuEvent* event) {
+    const NodeIndex node = m_model->NodeOf(indexAt(event->pos()));
+    QMenu menu(this);
+    const auto add = [&menu](const char* text, int commandId) {
+        QAction* action = menu.addAction(QString::fromUtf8(text));
+        action->setProperty("commandId", commandId);
+        return action;
+    };
+    add("Isolate", kIsolateCommand)->setEnabled(node != kNoNode);
+    add("X-ray", kXRayCommand)->setEnabled(node != kNoNode);
+    add("Show all", kShowAllCommand);
+    QAction* chosen =
+        m_menuRunner ? m_menuRunner(menu, event->globalPos()) : menu.exec(event->globalPos());
+    if (!chosen) return;
+    switch (chosen->property("commandId").toInt()) {
+    case kIsolateCommand:
+        Tree().Isolate(node);
+        break;
+    case kXRayCommand:
+        Tree().XRay(node);
+        break;
+    case kShowAllCommand:
+        Tree().ShowAll();
+        break;
+    }
 }
 
 void CMutiTreeCtrl::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

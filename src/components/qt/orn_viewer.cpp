@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QResizeEvent>
@@ -12,13 +13,17 @@
 namespace obsidra::components::qt {
 
 OrnViewer::OrnViewer(ComponentHost* host, QWidget* parent)
-    : QDialog(parent), m_tree(new CMutiTreeCtrl(this)), m_information(new QPlainTextEdit(this)),
-      m_treeType(new QComboBox(this)) {
+    : QDialog(parent), m_tree(new CMutiTreeCtrl(this)), m_filter(new QLineEdit(this)),
+      m_information(new QPlainTextEdit(this)), m_treeType(new QComboBox(this)) {
     setWindowTitle(QStringLiteral("Dialog"));
     setSizeGripEnabled(false);
     const DialogUnits units(font());
 
-    PlaceControl(m_tree, kTreeId, units, {7, 7, 259, 250});
+    // The filter box takes the top of the tree's place; the tree keeps its bottom edge.
+    PlaceControl(m_filter, kFilterId, units, {7, 7, 259, 12});
+    m_filter->setPlaceholderText(QStringLiteral("筛选"));
+    m_filter->setClearButtonEnabled(true);
+    PlaceControl(m_tree, kTreeId, units, {7, 21, 259, 236});
     PlaceControl(m_information, kInformationId, units, {267, 7, 182, 265});
     m_information->setLineWrapMode(QPlainTextEdit::NoWrap);
 
@@ -38,6 +43,7 @@ OrnViewer::OrnViewer(ComponentHost* host, QWidget* parent)
 
     connect(refreshHighlight, &QPushButton::clicked, this, &OrnViewer::RefreshHighlight);
     connect(refreshTree, &QPushButton::clicked, this, &OrnViewer::RefreshControlTree);
+    connect(m_filter, &QLineEdit::textChanged, m_tree, &CMutiTreeCtrl::SetFilterText);
 
     m_tree->SetInformationBox(m_information);
     m_tree->SetHost(host);
@@ -55,6 +61,8 @@ void OrnViewer::RefreshControlTree() {
     if (const std::optional<Grouping> grouping = GroupingFromIndex(m_treeType->currentIndex()))
         tree.SetGrouping(*grouping);
     tree.RebuildFromHost();
+    // The new tree is shown whole; a filter typed before applies again.
+    m_tree->SetFilterText(m_filter->text());
 }
 
 void OrnViewer::RefreshHighlight() {
@@ -106,6 +114,7 @@ void OrnViewer::ApplyLayout() {
     information.setBottom(client.bottom() - m_margins.informationBottomGap);
 
     m_tree->setGeometry(tree);
+    m_filter->setGeometry(QRect(tree.left(), m_filter->y(), tree.width(), m_filter->height()));
     m_information->setGeometry(information);
     update();
 }

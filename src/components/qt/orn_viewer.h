@@ -9,6 +9,7 @@
 #include <obsidra/host.h>
 
 class QComboBox;
+class QLineEdit;
 class QPlainTextEdit;
 
 namespace obsidra::components::qt {
@@ -24,6 +25,8 @@ public:
     static constexpr int kInformationId = 1012;
     static constexpr int kTreeId = 1013;
     static constexpr int kRefreshHighlightId = 1014;
+    // Beyond the template: the filter box above the tree.
+    static constexpr int kFilterId = 2101;
 
     // The host is not owned and must outlive the dialog. The tree stays empty until the first
     // RefreshControlTree, which the opener runs once the dialog is shown.
@@ -39,6 +42,7 @@ public:
     void Select(std::uint64_t componentHandle);
 
     CMutiTreeCtrl* Tree() const { return m_tree; }
+    QLineEdit* FilterBox() const { return m_filter; }
 
 public slots:
     // The frame's close box and Escape end here: the tree is emptied, Closed is emitted and the
@@ -66,6 +70,7 @@ private:
     void ApplyLayout();
 
     CMutiTreeCtrl* m_tree;
+    QLineEdit* m_filter;
     QPlainTextEdit* m_information;
     QComboBox* m_treeType;
     Margins m_margins;

@@ -27,12 +27,16 @@ public:
         m_calls->push_back({m_id, visible});
     }
 
+    void SetXRay(bool xRay) override { m_xRay = xRay; }
+
     bool Visible() const { return m_visible; }
+    bool XRay() const { return m_xRay; }
 
 private:
     std::int64_t m_id;
     std::vector<VisibilityCall>* m_calls;
     bool m_visible = true;
+    bool m_xRay = false;
 };
 
 MemoryComponentHost::MemoryComponentHost() = default;
@@ -70,6 +74,12 @@ std::optional<bool> MemoryComponentHost::IsVisible(std::int64_t geometryId) cons
     const auto found = m_geometries.find(geometryId);
     if (found == m_geometries.end()) return std::nullopt;
     return found->second->Visible();
+}
+
+std::optional<bool> MemoryComponentHost::IsXRay(std::int64_t geometryId) const {
+    const auto found = m_geometries.find(geometryId);
+    if (found == m_geometries.end()) return std::nullopt;
+    return found->second->XRay();
 }
 
 void MemoryComponentHost::ClearRecordedCalls() {

@@ -9,7 +9,7 @@ namespace obsidra::host::ifc {
 class IfcComponentHost::Shell final : public ComponentHost::GeometryHandle,
                                       public ComponentHost::Geometry {
 public:
-    explicit Shell(HC_KEY key) : m_key(key) {}
+    Shell(HC_KEY key, const IfcComponentHost& host) : m_key(key), m_host(host) {}
 
     ComponentHost::Geometry* GetGeometry() override { return this; }
 
@@ -21,14 +21,19 @@ public:
         HC_Close_Geometry();
     }
 
+    void SetXRay(bool xRay) override {
+        if (m_host.m_xRay) m_host.m_xRay(m_key, xRay);
+    }
+
 private:
     HC_KEY m_key;
+    const IfcComponentHost& m_host;
 };
 
 IfcComponentHost::IfcComponentHost(IfcBuilding building) : m_building(std::move(building)) {
     for (const IfcComponent& component : m_building.Components())
         for (HC_KEY shell : component.shells)
-            m_shells.emplace(shell, std::make_shared<Shell>(shell));
+            m_shells.emplace(shell, std::make_shared<Shell>(shell, *this));
 }
 
 IfcComponentHost::~IfcComponentHost() = default;

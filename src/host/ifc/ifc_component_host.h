@@ -28,6 +28,11 @@ public:
 
     // Called when the viewer asks for a repaint after showing or hiding geometry.
     void SetRedraw(std::function<void()> redraw) { m_redraw = std::move(redraw); }
+    // Told when the viewer asks for a shell to be drawn see-through (x-ray) or as it is: a
+    // display mode of the host's view, which the scene does not keep.
+    void SetXRayHandler(std::function<void(HC_KEY shell, bool xRay)> handler) {
+        m_xRay = std::move(handler);
+    }
 
     // The components the host has selected, which the viewer marks red. Handles that name no
     // component of the building are left out.
@@ -55,6 +60,7 @@ private:
 
     IfcBuilding m_building;
     std::function<void()> m_redraw;
+    std::function<void(HC_KEY, bool)> m_xRay;
     std::vector<std::uint64_t> m_selection;
     std::unordered_map<std::int64_t, std::shared_ptr<Shell>> m_shells;
 };

@@ -43,46 +43,42 @@ std::string FileSchemaOf(std::string_view text) {
     return std::string(text.substr(open + 1, close - open - 1));
 }
 
-ImportResult Import(std::string text, const std::string& name, const std::string& segment,
-                    ImportProgress& progress) {
-    if (!progress.Report(ImportPhase::Reading, 1)) return Cancelled();
+PreparedIfc Prepared(ImportResult failure, SourceMessages messages = {}) {
+    PreparedIfc prepared;
+    prepared.failure = std::move(failure);
+    prepared.warnings = std::move(messages.warnings);
+    return prepared;
+}
+
+PreparedIfc Prepare(std::string text, const std::string& name, ImportProgress& progress) {
+    if (!progress.Report(ImportPhase::Reading, 1)) return Prepared(Cancelled());
     if (std::string problem = CheckStepText(text); !problem.empty())
-        return Failure(name + ": " + problem);
-    ImportTarget target;
-    std::string error;
-    if (!FindImportTarget(segment, target, error)) return Failure(error);
+        return Prepared(Failure(name + ": " + problem));
 
     SourceMessages messages;
-    ModelData data;
+    auto data = std::make_unique<ModelData>();
     // IFC++ catches what goes wrong inside a product; whatever it lets through ends the import
     // like any other error.
     try {
         const std::string schema = FileSchemaOf(text);
+        std::string error;
         std::unique_ptr<IfcSource> source =
             IfcSource::Parse(std::move(text), progress, messages, error);
-        if (progress.Cancelled()) return Cancelled(std::move(messages));
-        if (!source) return Failure(name + ": " + error, std::move(messages));
-        data = source->Collect();
-        data.schema = schema;
-        if (!source->Mesh(data, progress, messages)) return Cancelled(std::move(messages));
+        if (progress.Cancelled()) return Prepared(Cancelled(), std::move(messages));
+        if (!source) return Prepared(Failure(name + ": " + error), std::move(messages));
+        *data = source->Collect();
+        data->schema = schema;
+        if (!source->Mesh(*data, progress, messages))
+            return Prepared(Cancelled(), std::move(messages));
     } catch (const std::exception& e) {
-        return Failure(name + ": IFC++ failed: " + e.what(), std::move(messages));
+        return Prepared(Failure(name + ": IFC++ failed: " + e.what()), std::move(messages));
     } catch (...) {
-        return Failure(name + ": IFC++ failed", std::move(messages));
+        return Prepared(Failure(name + ": IFC++ failed"), std::move(messages));
     }
-
-    KeepComponents(data);
-    const FloorPlan plan = PlanFloors(data);
-    const std::vector<Classification> classes = ClassifyProducts(data);
-    SceneKeys keys;
-    if (!WriteScene(target, data, plan, classes, progress, keys, error))
-        return progress.Cancelled() ? Cancelled(std::move(messages))
-                                    : Failure(error, std::move(messages));
-    ImportResult result;
-    result.building = BuildProject(data, plan, classes, keys, name);
-    result.warnings = std::move(messages.warnings);
-    progress.Report(ImportPhase::Building, 1);
-    return result;
+    PreparedIfc prepared = Prepared({}, std::move(messages));
+    prepared.name = name;
+    prepared.model = std::move(data);
+    return prepared;
 }
 
 } // namespace
@@ -104,25 +100,62 @@ std::string CheckStepText(std::string_view text) {
     return {};
 }
 
-ImportResult ImportIfcFile(const std::string& path, const ImportOptions& options) {
-    ImportProgress progress(options.progress);
-    if (!progress.Report(ImportPhase::Reading, 0)) return Cancelled();
+PreparedIfc::PreparedIfc() = default;
+PreparedIfc::PreparedIfc(PreparedIfc&&) noexcept = default;
+PreparedIfc& PreparedIfc::operator=(PreparedIfc&&) noexcept = default;
+PreparedIfc::~PreparedIfc() = default;
+
+PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& callback) {
+    ImportProgress progress(callback);
+    if (!progress.Report(ImportPhase::Reading, 0)) return Prepared(Cancelled());
     std::error_code code;
     if (std::filesystem::is_directory(path, code))
-        return Failure("cannot open " + path + ": it is a directory");
+        return Prepared(Failure("cannot open " + path + ": it is a directory"));
     std::ifstream in(path, std::ios::binary);
-    if (!in) return Failure("cannot open " + path + ": " + std::strerror(errno));
+    if (!in) return Prepared(Failure("cannot open " + path + ": " + std::strerror(errno)));
     std::ostringstream text;
     text << in.rdbuf();
-    if (in.bad()) return Failure("cannot read " + path);
-    return Import(std::move(text).str(), std::filesystem::path(path).stem().string(),
-                  options.segment, progress);
+    if (in.bad()) return Prepared(Failure("cannot read " + path));
+    return Prepare(std::move(text).str(), std::filesystem::path(path).stem().string(), progress);
+}
+
+PreparedIfc PrepareIfcText(std::string text, const std::string& name,
+                           const ProgressCallback& callback) {
+    ImportProgress progress(callback);
+    return Prepare(std::move(text), name, progress);
+}
+
+ImportResult WriteIfcBuilding(PreparedIfc prepared, const ImportOptions& options) {
+    if (!prepared.model) return std::move(prepared.failure);
+    SourceMessages messages{{}, std::move(prepared.warnings)};
+    ImportTarget target;
+    std::string error;
+    if (!FindImportTarget(options.segment, target, error))
+        return Failure(error, std::move(messages));
+
+    ImportProgress progress(options.progress);
+    ModelData& data = *prepared.model;
+    KeepComponents(data);
+    const FloorPlan plan = PlanFloors(data);
+    const std::vector<Classification> classes = ClassifyProducts(data);
+    SceneKeys keys;
+    if (!WriteScene(target, data, plan, classes, progress, keys, error))
+        return progress.Cancelled() ? Cancelled(std::move(messages))
+                                    : Failure(error, std::move(messages));
+    ImportResult result;
+    result.building = BuildProject(data, plan, classes, keys, prepared.name);
+    result.warnings = std::move(messages.warnings);
+    progress.Report(ImportPhase::Building, 1);
+    return result;
+}
+
+ImportResult ImportIfcFile(const std::string& path, const ImportOptions& options) {
+    return WriteIfcBuilding(PrepareIfcFile(path, options.progress), options);
 }
 
 ImportResult ImportIfcText(std::string text, const std::string& name,
                            const ImportOptions& options) {
-    ImportProgress progress(options.progress);
-    return Import(std::move(text), name, options.segment, progress);
+    return WriteIfcBuilding(PrepareIfcText(std::move(text), name, options.progress), options);
 }
 
 } // namespace obsidra::host::ifc

@@ -2,6 +2,7 @@
 // into the project data of the component viewer. docs/ifc.md describes the result.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +33,32 @@ ImportResult ImportIfcFile(const std::string& path, const ImportOptions& options
 // The same for the text of a file; name names the project when the file does not.
 ImportResult ImportIfcText(std::string text, const std::string& name,
                            const ImportOptions& options = {});
+
+struct ModelData;
+
+// An IFC file read, parsed and meshed, not yet in the scene. Preparing touches no scene
+// database, so a host makes it on a worker thread and writes it on the thread that owns the
+// scene; the two steps together are ImportIfcFile.
+struct PreparedIfc {
+    PreparedIfc();
+    PreparedIfc(PreparedIfc&&) noexcept;
+    PreparedIfc& operator=(PreparedIfc&&) noexcept;
+    ~PreparedIfc();
+
+    std::string name;
+    // Null when the preparation failed or was cancelled; failure then says why.
+    std::unique_ptr<ModelData> model;
+    ImportResult failure;
+    std::vector<std::string> warnings;
+};
+
+// progress hears the reading, parsing and meshing phases.
+PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& progress = {});
+PreparedIfc PrepareIfcText(std::string text, const std::string& name,
+                           const ProgressCallback& progress = {});
+// Writes a prepared building below options.segment (progress hears the building phase); a
+// failed preparation gives its own result and leaves the scene as it was.
+ImportResult WriteIfcBuilding(PreparedIfc prepared, const ImportOptions& options = {});
 
 // Why the text cannot be an IFC file (not a STEP exchange file, or cut short), or empty.
 std::string CheckStepText(std::string_view text);

@@ -30,8 +30,11 @@ std::string_view PhaseName(ImportPhase phase) {
 bool ImportProgress::Report(ImportPhase phase, double phaseFraction) {
     if (m_cancelled) return false;
     const int index = static_cast<int>(phase);
-    const double fraction = kPhaseStart[index] + (kPhaseEnd[index] - kPhaseStart[index]) *
-                                                     std::clamp(phaseFraction, 0.0, 1.0);
+    // Capped at the phase's end, which rounding would pass, so that the next phase's start
+    // never lies below it.
+    const double fraction =
+        std::min(kPhaseEnd[index], kPhaseStart[index] + (kPhaseEnd[index] - kPhaseStart[index]) *
+                                                            std::clamp(phaseFraction, 0.0, 1.0));
     m_last = std::max(m_last, fraction);
     if (m_callback && !m_callback(phase, m_last)) m_cancelled = true;
     return !m_cancelled;

@@ -2,6 +2,7 @@
 // the IFC component host between them and the scene.
 #include <QDir>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTreeWidget>
@@ -95,7 +96,8 @@ TEST_F(ComponentDialogsOverIfcTest, StatisticsOfTheHouse) {
 }
 
 // With OBSIDRA_SCREENSHOTS naming a folder, both dialogs are saved there as people see them:
-// orn_viewer.png with a component selected, tongji.png.
+// orn_viewer.png with a component selected, orn_viewer_filter.png with a filter typed,
+// tongji.png.
 TEST_F(ComponentDialogsOverIfcTest, Screenshots) {
     const QString folder = qEnvironmentVariable("OBSIDRA_SCREENSHOTS");
     if (folder.isEmpty()) GTEST_SKIP() << "OBSIDRA_SCREENSHOTS is not set";
@@ -106,6 +108,9 @@ TEST_F(ComponentDialogsOverIfcTest, Screenshots) {
     m_viewer->Tree()->expand(row);
     m_viewer->Tree()->setCurrentIndex(row.parent());
     EXPECT_TRUE(m_viewer->grab().save(QDir(folder).filePath("orn_viewer.png")));
+    m_viewer->FilterBox()->setText(QStringLiteral("门"));
+    EXPECT_TRUE(m_viewer->grab().save(QDir(folder).filePath("orn_viewer_filter.png")));
+    m_viewer->FilterBox()->clear();
 
     CUxTongJiDialog dialog(m_host.get());
     dialog.show();

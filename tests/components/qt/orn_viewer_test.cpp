@@ -1,6 +1,9 @@
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -191,6 +194,73 @@ TEST(OrnViewerWithoutProjects, ShowsOnlyTheRoot) {
         EXPECT_EQ(tree->Tree().GetCheckState(tree->Tree().Root()), CheckState::Unchecked);
     }
     EXPECT_EQ(empty.RedrawCount(), 1);
+}
+
+} // namespace
+} // namespace obsidra::components::qt
+
+namespace obsidra::components::qt {
+namespace {
+
+// Typing narrows the tree to the hits and their ancestors, all open; clearing brings back the
+// rows that were open, with the node picked meanwhile still selected.
+TEST_F(OrnViewerTest, TheFilterBoxNarrowsTheTreeAndClearingRestoresIt) {
+    QLineEdit* filter = FindControl<QLineEdit>(m_viewer, OrnViewer::kFilterId);
+    ASSERT_NE(filter, nullptr);
+    Show(kInnerWalls);
+    const QModelIndex structure =
+        Tree()->Model()->IndexOf(sample::FindNode(Model(), {"工程A", "结构"}));
+    ASSERT_FALSE(Tree()->isExpanded(structure));
+
+    QTest::keyClicks(filter, QStringLiteral("qt-001"));
+    const QModelIndex hit = Tree()->Model()->IndexOf(sample::FindNode(Model(), kWallA));
+    ASSERT_TRUE(hit.isValid());
+    EXPECT_FALSE(Tree()->visualRect(hit).isEmpty()) << "every ancestor of a hit is open";
+    EXPECT_FALSE(Tree()->Model()->IndexOf(sample::FindNode(Model(), kInnerWalls)).isValid());
+    Tree()->setCurrentIndex(hit);
+
+    filter->clear();
+    const QModelIndex innerWalls = Tree()->Model()->IndexOf(sample::FindNode(Model(), kInnerWalls));
+    EXPECT_TRUE(Tree()->isExpanded(innerWalls.parent())) << "what was open is open again";
+    EXPECT_FALSE(
+        Tree()->isExpanded(Tree()->Model()->IndexOf(sample::FindNode(Model(), {"工程A", "结构"}))));
+    EXPECT_EQ(Tree()->Model()->NodeOf(Tree()->currentIndex()), sample::FindNode(Model(), kWallA));
+    EXPECT_EQ(Model().Selected(), sample::FindNode(Model(), kWallA));
+}
+
+} // namespace
+} // namespace obsidra::components::qt
+
+namespace obsidra::components::qt {
+namespace {
+
+// The right button offers the three commands on the node under it; choosing one acts at once.
+TEST_F(OrnViewerTest, TheContextMenuIsolatesXRaysAndShowsAll) {
+    const auto choose = [this](const Path& path, int commandId) {
+        std::vector<int> offered;
+        Tree()->SetMenuRunner([&](QMenu& menu, const QPoint&) -> QAction* {
+            QAction* chosen = nullptr;
+            for (QAction* action : menu.actions()) {
+                offered.push_back(action->property("commandId").toInt());
+                if (offered.back() == commandId) chosen = action;
+            }
+            return chosen;
+        });
+        const QPoint at = Tree()->visualRect(Show(path)).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, Tree()->viewport()->mapToGlobal(at));
+        QApplication::sendEvent(Tree()->viewport(), &event);
+        EXPECT_EQ(offered, (std::vector<int>{2102, 2103, 2104}));
+    };
+    choose(kOuterWallsF1, CMutiTreeCtrl::kIsolateCommand);
+    EXPECT_EQ(m_host.IsVisible(11), true);
+    EXPECT_EQ(m_host.IsVisible(16), false);
+    choose(kOuterWallsF1, CMutiTreeCtrl::kXRayCommand);
+    EXPECT_EQ(m_host.IsXRay(11), false);
+    EXPECT_EQ(m_host.IsXRay(16), true);
+    choose(kWallA, CMutiTreeCtrl::kShowAllCommand);
+    EXPECT_EQ(m_host.IsVisible(16), true);
+    EXPECT_EQ(m_host.IsXRay(16), false);
+    EXPECT_EQ(m_host.RedrawCount(), 3);
 }
 
 } // namespace
