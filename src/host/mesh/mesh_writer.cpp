@@ -87,6 +87,7 @@ void WriteMeshScene(const MeshScene& scene, HC_KEY segment, const MeshProgress& 
         if (colour) HC_Set_Color(ColourOptions(*colour).c_str());
         for (std::size_t index : node.shells) {
             const MeshShell& shell = scene.shells[index];
+            if (shell.faceCount == 0) continue; // a mesh of points or lines only
             const HC_KEY key =
                 HC_Insert_Shell(static_cast<int>(shell.points.size()), shell.points.data(),
                                 static_cast<int>(shell.faces.size()), shell.faces.data());

@@ -70,8 +70,11 @@ MainWindow::MainWindow(bool interactive, QWidget* parent)
 }
 
 MainWindow::~MainWindow() {
-    // The dialogs hold the view and the building, which go with this window.
+    // The dialogs hold the view and the building; the view's HBaseView holds the model, which
+    // as a member would otherwise go before the view, a child widget.
     m_module.ClearAll();
+    m_building.reset();
+    delete m_view;
 }
 
 HBaseView* MainWindow::GetHBaseView() {
@@ -105,10 +108,10 @@ void MainWindow::UpdateTools() {
     const bool module = m_module.IsLoaded();
     const QString noModule = "The dialogs are not available: " + m_moduleError;
     const QString noBuilding = "Open an IFC building to see its components";
-    m_segmentBrowser->setEnabled(module && !IsLoading());
+    m_segmentBrowser->setEnabled(module);
     m_segmentBrowser->setStatusTip(module ? QString() : noModule);
     for (QAction* action : {m_componentViewer, m_statistics}) {
-        action->setEnabled(module && m_building && !IsLoading());
+        action->setEnabled(module && m_building);
         action->setStatusTip(!module ? noModule : m_building ? QString() : noBuilding);
     }
 }
@@ -125,7 +128,6 @@ void MainWindow::OpenFile(const QString& path) {
     m_progress->setValue(0);
     m_progress->show();
     m_cancel->show();
-    UpdateTools();
     m_loader->Start();
 }
 
