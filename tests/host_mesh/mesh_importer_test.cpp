@@ -84,6 +84,7 @@ TEST_F(MeshImportTest, SamplesKeepEveryFace) {
         const HModelInfo census = Census();
         EXPECT_EQ(census.GetTotalFaces(), sample.faces);
         EXPECT_EQ(census.GetTotalShell(), sample.shells);
+        EXPECT_LT(census.GetTotalVertices(), 3 * sample.faces) << "faces share no vertex";
         EXPECT_EQ(result.faces, sample.faces);
     }
 }

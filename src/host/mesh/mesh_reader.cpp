@@ -120,6 +120,17 @@ MeshShell ConvertMesh(const aiScene& scene, const aiMesh& mesh, std::size_t& lef
     return shell;
 }
 
+bool SharesNoVertex(const aiScene& scene) {
+    std::size_t vertices = 0, corners = 0;
+    for (unsigned m = 0; m < scene.mNumMeshes; ++m) {
+        const aiMesh& mesh = *scene.mMeshes[m];
+        vertices += mesh.mNumVertices;
+        for (unsigned f = 0; f < mesh.mNumFaces; ++f)
+            corners += mesh.mFaces[f].mNumIndices;
+    }
+    return vertices > 0 && vertices >= corners;
+}
+
 std::optional<std::array<float, 16>> RowVectorMatrix(const aiMatrix4x4& m) {
     if (m.IsIdentity()) return std::nullopt;
     // assimp's matrices act on column vectors; the scene's on row vectors.
@@ -159,15 +170,19 @@ MeshReadResult ReadMeshFile(const std::string& path, const MeshReadOptions& opti
         return Failure(std::move(problem));
     if (!progress.Report(0)) return Cancelled();
 
-    // Normals, colours and texture coordinates go before identical vertices are joined, so
-    // that the faces around a vertex share it; the scene keeps positions only.
+    // The scene keeps positions only; without normals, colours and texture coordinates,
+    // identical vertices can be joined, so that the faces around a vertex share it.
     importer.SetPropertyInteger(AI_CONFIG_PP_RVC_FLAGS,
                                 aiComponent_NORMALS | aiComponent_TANGENTS_AND_BITANGENTS |
                                     aiComponent_COLORS | aiComponent_TEXCOORDS);
     importer.SetProgressHandler(new AssimpProgress(progress)); // the importer owns it
-    unsigned flags = aiProcess_RemoveComponent | aiProcess_JoinIdenticalVertices;
+    unsigned flags = aiProcess_RemoveComponent;
     if (options.flatten) flags |= aiProcess_PreTransformVertices;
     const aiScene* scene = importer.ReadFile(path, flags);
+    // Joining costs several times the read, so only files that share no vertex at all (STL,
+    // OBJ as assimp reads them) pay for it.
+    if (scene && !progress.Cancelled() && SharesNoVertex(*scene))
+        scene = importer.ApplyPostProcessing(aiProcess_JoinIdenticalVertices);
     if (progress.Cancelled()) return Cancelled();
     if (!scene) return Failure(path + ": " + importer.GetErrorString());
     if ((scene->mFlags & AI_SCENE_FLAGS_INCOMPLETE) || !scene->mRootNode)

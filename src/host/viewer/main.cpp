@@ -29,7 +29,10 @@ QString BundledBuilding() {
 int RunHeadless(MainWindow& window, const QString& screenshot, bool dumpTree) {
     if (dumpTree) obsidra::tools::PrintSegmentTree(window.SceneSegment(), 1 << 30, std::cout);
     if (screenshot.isEmpty()) return 0;
+    // The view has its size only once the window is shown and laid out: fit again then.
     window.show();
+    QCoreApplication::processEvents();
+    window.View()->FitAll();
     const QImage image = window.View()->Snapshot();
     if (image.isNull() || !image.save(screenshot)) {
         std::cerr << "obsidra-viewer: cannot write " << screenshot.toStdString() << "\n";
