@@ -202,23 +202,6 @@ TEST_F(ViewerAppTest, TheToolsMenuOpensTheModulesDialogs) {
 } // namespace
 } // namespace obsidra::host::viewer
 
-// Qt's, fontconfig's, D-Bus's and Mesa's caches live as long as the process, and carve (which
-// IFC++ meshes with) leaks where a boolean operation fails; none of it is ours.
-extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig\n"
-           "leak:libQt6Gui\n"
-           "leak:libQt6Core\n"
-           "leak:libQt6XcbQpa\n"
-           "leak:libdbus\n"
-           "leak:libxcb\n"
-           "leak:libX11\n"
-           "leak:libGLX_mesa\n"
-           "leak:swrast_dri\n"
-           "leak:carve::csg::makeCollector\n"
-           "leak:carve::triangulate::triangulate\n"
-           "leak:carve::triangulate::detail::splitAndResume\n";
-}
-
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     // Recent files go to a settings folder of the test's own.
