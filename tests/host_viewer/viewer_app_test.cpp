@@ -176,9 +176,9 @@ TEST_F(ViewerAppTest, TheToolsMenuOpensTheModulesDialogs) {
     QWidget* components = TopLevel("OrnViewer");
     ASSERT_TRUE(components);
     // A pick in the view selects the picked shell's component and marks it in the viewer.
-    const ifc::IfcComponent& door = m_window.Building()->Building().Components().back();
-    emit m_window.View()->Picked(door.shells.front(), {});
-    EXPECT_EQ(m_window.Building()->Selection(), std::vector<std::uint64_t>{door.handle});
+    const ifc::IfcComponent& picked = m_window.Building()->Building().Components().back();
+    emit m_window.View()->Picked(picked.shells.front(), {});
+    EXPECT_EQ(m_window.Building()->Selection(), std::vector<std::uint64_t>{picked.handle});
     if (auto* tree = components->findChild<QTreeView*>()) tree->expandToDepth(2);
     Shoot(m_window, components, "viewer-component-viewer");
 
