@@ -19,6 +19,10 @@ int BrowseCommand(const std::vector<std::string>& args, std::ostream& out, std::
 int SearchCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int InfoCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
+// Prints a segment and its subsegments, maxDepth levels down, a line each: the segment's name,
+// its key and how many items of each type it holds.
+void PrintSegmentTree(HC_KEY root, int maxDepth, std::ostream& out);
+
 // Loads a scene file into a segment of the database; false (with the reason on err) when it
 // cannot. Every command that reads a scene reads it this way.
 bool LoadScene(const std::string& file, HC_KEY segment, std::ostream& err);

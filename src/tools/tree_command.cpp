@@ -64,6 +64,11 @@ int TreeCommand(const std::vector<std::string>& args, std::ostream& out, std::os
     }
     HC_KEY root = HC_Create_Segment("/");
     if (!LoadScene(file, root, err)) return 1;
+    PrintSegmentTree(root, maxDepth, out);
+    return 0;
+}
+
+void PrintSegmentTree(HC_KEY root, int maxDepth, std::ostream& out) {
     std::vector<Entry> pending{{root, 0}};
     while (!pending.empty()) {
         Entry entry = pending.back();
@@ -73,7 +78,6 @@ int TreeCommand(const std::vector<std::string>& args, std::ostream& out, std::os
         if (entry.depth < maxDepth)
             pending.insert(pending.end(), children.rbegin(), children.rend());
     }
-    return 0;
 }
 
 } // namespace obsidra::tools

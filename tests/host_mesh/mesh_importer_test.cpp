@@ -1,0 +1,188 @@
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <obsidra/hc.h>
+
+#include "hc/hc_test.h"
+#include "host/mesh/mesh_importer.h"
+#include "mvo/model_info.h"
+
+namespace obsidra::host::mesh {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Two triangles and a line; the header counts the line among its faces.
+constexpr const char* kPlyWithALine = "ply\nformat ascii 1.0\nelement vertex 4\n"
+                                      "property float x\nproperty float y\nproperty float z\n"
+                                      "element face 3\nproperty list uchar int vertex_indices\n"
+                                      "end_header\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n"
+                                      "3 0 1 2\n3 0 2 3\n2 0 1\n";
+
+class MeshImportTest : public HcTest {
+protected:
+    void SetUp() override {
+        HcTest::SetUp();
+        m_dir = fs::temp_directory_path() / ("obsidra_mesh_test_" + std::to_string(::getpid()));
+        fs::create_directories(m_dir);
+        m_segment = HC_Create_Segment("/model/mesh");
+    }
+    void TearDown() override {
+        EXPECT_TRUE(Errors().empty()) << Errors().front();
+        fs::remove_all(m_dir);
+        HcTest::TearDown();
+    }
+
+    std::string Write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(m_dir / name, std::ios::binary) << bytes;
+        return (m_dir / name).string();
+    }
+    HModelInfo Census() const {
+        HModelInfo info;
+        info.ComputeModelInfo(m_segment, 0);
+        return info;
+    }
+    static std::string Colour(HC_KEY key) {
+        char colour[HC_TEXT_MAX] = "";
+        if (Type(key) == "segment") {
+            HC_Open_Segment_By_Key(key);
+        } else {
+            HC_Open_Geometry(key);
+        }
+        if (HC_Show_Existence("color")) HC_Show_Color(colour);
+        if (Type(key) == "segment") {
+            HC_Close_Segment();
+        } else {
+            HC_Close_Geometry();
+        }
+        return colour;
+    }
+
+    fs::path m_dir;
+    HC_KEY m_segment = 0;
+};
+
+TEST_F(MeshImportTest, SamplesKeepEveryFace) {
+    const struct {
+        const char* file;
+        std::size_t faces;
+        std::size_t shells;
+    } samples[] = {
+        {"Spider_binary.stl", 1368, 1},       {"Wuson.ply", 3732, 1},
+        {"stanford-bunny.obj", 69451, 1},     {"BoxTextured_embedded.gltf", 12, 1},
+        {"2CylinderEngine.glb", 121496, 115}, {"ClearCoatTest/ClearCoatTest.gltf", 37116, 27},
+    };
+    for (const auto& sample : samples) {
+        SCOPED_TRACE(sample.file);
+        HC_Flush_Contents("/model/mesh", "everything");
+        const MeshImportResult result =
+            ImportMeshFile(std::string(OBSIDRA_MESH_SAMPLES "/") + sample.file, m_segment);
+        ASSERT_TRUE(result.imported) << result.error;
+        EXPECT_TRUE(result.warnings.empty()) << result.warnings.front();
+        const HModelInfo census = Census();
+        EXPECT_EQ(census.GetTotalFaces(), sample.faces);
+        EXPECT_EQ(census.GetTotalShell(), sample.shells);
+        EXPECT_LT(census.GetTotalVertices(), 3 * sample.faces) << "faces share no vertex";
+        EXPECT_EQ(result.faces, sample.faces);
+    }
+}
+
+TEST_F(MeshImportTest, NodesBecomeSegmentsWithMatricesOrAreFlattened) {
+    const std::string engine = OBSIDRA_MESH_SAMPLES "/2CylinderEngine.glb";
+    ASSERT_TRUE(ImportMeshFile(engine, m_segment).imported);
+    const auto segments = List("/model/mesh/...", "segments");
+    EXPECT_GT(segments.size(), 50u);
+    int matrices = 0;
+    for (const auto& [type, key] : segments) {
+        HC_Open_Segment_By_Key(key);
+        matrices += HC_Show_Existence("modelling matrix") ? 1 : 0;
+        HC_Close_Segment();
+    }
+    EXPECT_GT(matrices, 0);
+
+    HC_KEY flat = HC_Create_Segment("/model/flat");
+    MeshReadOptions options;
+    options.flatten = true;
+    ASSERT_TRUE(ImportMeshFile(engine, flat, options).imported);
+    EXPECT_TRUE(List("/model/flat", "segments").empty());
+    HModelInfo census;
+    census.ComputeModelInfo(flat, 0);
+    EXPECT_EQ(census.GetTotalFaces(), Census().GetTotalFaces());
+}
+
+TEST_F(MeshImportTest, MaterialColoursGoOnTheSegmentOrTheOddShell) {
+    Write("two.mtl", "newmtl red\nKd 1 0 0\nnewmtl blue\nKd 0 0 1\n");
+    const std::string obj = Write("two.obj", "mtllib two.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\n"
+                                             "v 0 1 0\no part\nusemtl red\nf 1 2 3\nf 1 3 4\n"
+                                             "usemtl blue\nf 1 2 4\n");
+    ASSERT_TRUE(ImportMeshFile(obj, m_segment).imported);
+    std::vector<std::string> colours;
+    for (const auto& [type, key] : List("/model/mesh/...", "segments, shells"))
+        colours.push_back(type + " " + Colour(key));
+    EXPECT_EQ(colours,
+              (std::vector<std::string>{"segment faces=(r=1.000 g=0.000 b=0.000)", "shell ",
+                                        "shell faces=(r=0.000 g=0.000 b=1.000)"}));
+}
+
+TEST_F(MeshImportTest, LostFacesAreTold) {
+    const MeshImportResult result = ImportMeshFile(Write("line.ply", kPlyWithALine), m_segment);
+    ASSERT_TRUE(result.imported);
+    EXPECT_EQ(result.faces, 2u);
+    ASSERT_EQ(result.warnings.size(), 2u);
+    EXPECT_NE(result.warnings[1].find("1 of the 3 faces its header states were lost"),
+              std::string::npos)
+        << result.warnings[1];
+}
+
+TEST_F(MeshImportTest, BadFilesLeaveTheSceneAsItWas) {
+    HC_Open_Segment_By_Key(m_segment);
+    Triangle();
+    HC_Close_Segment();
+    std::string spider;
+    {
+        std::ifstream in(OBSIDRA_TEST_DATA "/Spider_binary.stl", std::ios::binary);
+        spider.assign(std::istreambuf_iterator<char>(in), {});
+    }
+    fs::create_directories(m_dir / "folder.obj");
+    const struct {
+        std::string path;
+        const char* error;
+    } cases[] = {
+        {Write("empty.stl", ""), "the file is empty"},
+        {Write("cut.stl", spider.substr(0, 2000)), "STL"},
+        {Write("garbage.ply", "hello\n"), "ply"},
+        {Write("notes.txt", "v 0 0 0\n"), ".txt is not a mesh format this viewer reads"},
+        {Write("noextension", "v 0 0 0\n"), "no extension"},
+        {Write("solid.stl", "solid x\n"), "holds no faces"},
+        {(m_dir / "folder.obj").string(), "it is a directory"},
+        {(m_dir / "missing.obj").string(), "No such file"},
+    };
+    for (const auto& bad : cases) {
+        SCOPED_TRACE(bad.path);
+        const MeshImportResult result = ImportMeshFile(bad.path, m_segment);
+        EXPECT_FALSE(result.imported);
+        EXPECT_NE(result.error.find(bad.path), std::string::npos) << result.error;
+        EXPECT_NE(result.error.find(bad.error), std::string::npos) << result.error;
+        EXPECT_EQ(Types("/model/mesh", "everything"), std::vector<std::string>{"shell"});
+    }
+}
+
+TEST_F(MeshImportTest, CancelLeavesTheSceneAsItWas) {
+    MeshReadOptions options;
+    double last = 0;
+    options.progress = [&](double done) {
+        EXPECT_GE(done, last);
+        last = done;
+        return done < 0.5;
+    };
+    const MeshImportResult result =
+        ImportMeshFile(OBSIDRA_MESH_SAMPLES "/stanford-bunny.obj", m_segment, options);
+    EXPECT_TRUE(result.cancelled);
+    EXPECT_FALSE(result.imported);
+    EXPECT_TRUE(List("/model/mesh", "everything").empty());
+}
+
+} // namespace
+} // namespace obsidra::host::mesh
