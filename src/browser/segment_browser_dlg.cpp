@@ -133,6 +133,20 @@ CSegmentBrowserDlg::CSegmentBrowserDlg(QWidget* parent, HBaseView* view)
 
 CSegmentBrowserDlg::~CSegmentBrowserDlg() {
     HC_UnDefine_Change_Listener(&CSegmentBrowserDlg::OnSceneChanged, this);
+    if (m_view) m_view->RemoveSelectionListener(&CSegmentBrowserDlg::OnViewSelectionChanged, this);
+}
+
+// A pick in the view: the picked item's node is found in the tree (a key search from the top),
+// opened to and made current; every other place the item is shown at is marked as a search
+// marks its hits.
+void CSegmentBrowserDlg::OnViewSelectionChanged(HBaseView* view, void* self) {
+    auto* dialog = static_cast<CSegmentBrowserDlg*>(self);
+    HSelectionSet* selection = view->GetSelection();
+    if (!dialog->m_model || !dialog->isVisible()) return;
+    dialog->m_model->RefreshSelectionStates();
+    if (selection->GetSize() == 0) return;
+    dialog->m_model->SearchKey(selection->GetSelectionItemAt(selection->GetSize() - 1));
+    dialog->SelectFirstHit();
 }
 
 void CSegmentBrowserDlg::OnSceneChanged(const HC_CHANGE*, int, void* self) {
@@ -231,6 +245,7 @@ void CSegmentBrowserDlg::CreateControls() {
     m_undoButtonsTimer.setInterval(0);
     connect(&m_undoButtonsTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::UpdateUndoButtons);
     HC_Define_Change_Listener(&CSegmentBrowserDlg::OnSceneChanged, this);
+    if (m_view) m_view->AddSelectionListener(&CSegmentBrowserDlg::OnViewSelectionChanged, this);
     UpdateUndoButtons();
     auto* undo = new QShortcut(QKeySequence::Undo, this);
     connect(undo, &QShortcut::activated, this, &CSegmentBrowserDlg::Undo);

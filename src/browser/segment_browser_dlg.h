@@ -98,6 +98,7 @@ private:
     void AfterUndoOrRedo();
     void UpdateUndoButtons();
     static void OnSceneChanged(const HC_CHANGE* changes, int count, void* self);
+    static void OnViewSelectionChanged(HBaseView* view, void* self);
 
     HBaseView* m_view;
     HC_KEY m_rootKey = -1;

@@ -1,5 +1,7 @@
 #include "mvo/base_view.h"
 
+#include <algorithm>
+
 HBaseView::HBaseView(HBaseModel* model) : m_model(model) {
     HC_Open_Segment("/views");
     m_viewKey = HC_Open_Segment("");
@@ -26,4 +28,23 @@ void HBaseView::VisualizeBounding(bool show, HC_KEY key, int count, const HC_KEY
     m_boundingKey = show ? key : -1;
     m_boundingPath.assign(path && count > 0 ? path : nullptr,
                           path && count > 0 ? path + count : nullptr);
+}
+
+void HBaseView::AddSelectionListener(SelectionListener listener, void* user) {
+    if (!listener) return;
+    const std::pair<SelectionListener, void*> entry{listener, user};
+    if (std::find(m_selectionListeners.begin(), m_selectionListeners.end(), entry) ==
+        m_selectionListeners.end())
+        m_selectionListeners.push_back(entry);
+}
+
+void HBaseView::RemoveSelectionListener(SelectionListener listener, void* user) {
+    std::erase(m_selectionListeners, std::pair<SelectionListener, void*>{listener, user});
+}
+
+// A copy: a listener may remove itself while it hears.
+void HBaseView::NotifySelectionChanged() {
+    const auto listeners = m_selectionListeners;
+    for (const auto& [listener, user] : listeners)
+        listener(this, user);
 }

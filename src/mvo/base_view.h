@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include <obsidra/hc.h>
@@ -33,6 +34,14 @@ public:
     // Shows or hides the bounding box of an item (reached through the include path).
     virtual void VisualizeBounding(bool show, HC_KEY key, int count, const HC_KEY* path);
 
+    // Who hears that the user changed the selection in the view (a pick): the segment browser
+    // reveals the picked item. The view that changes the selection calls
+    // NotifySelectionChanged; adding a listener twice adds it once.
+    using SelectionListener = void (*)(HBaseView* view, void* user);
+    void AddSelectionListener(SelectionListener listener, void* user);
+    void RemoveSelectionListener(SelectionListener listener, void* user);
+    void NotifySelectionChanged();
+
     // What the headless view was asked last.
     int GetUpdateCount() const { return m_updates; }
     HC_KEY GetFittedKey() const { return m_fittedKey; }
@@ -45,6 +54,7 @@ private:
     HC_KEY m_sceneKey;
     HC_KEY m_includeLinkKey;
     HSelectionSet m_selection;
+    std::vector<std::pair<SelectionListener, void*>> m_selectionListeners;
     int m_updates = 0;
     HC_KEY m_fittedKey = -1;
     HC_KEY m_boundingKey = -1;

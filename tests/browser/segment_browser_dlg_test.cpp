@@ -493,3 +493,20 @@ TEST_F(SegmentBrowserTest, UndoAndRedoNameTheStepAndTheTreeFollows) {
 }
 
 } // namespace
+
+namespace {
+
+// A pick in the host's view (the view's selection changed, and the view says so) opens the
+// tree to the picked shell and makes it current.
+TEST_F(SegmentBrowserTest, APickInTheViewIsFoundInTheTree) {
+    m_view->GetSelection()->Select(m_shell);
+    m_view->NotifySelectionChanged();
+    ASSERT_NE(Tree().currentItem(), nullptr);
+    EXPECT_EQ(WindowsTreeGraphItem::FromHandle(Tree().currentItem())->GetKey(), m_shell);
+    EXPECT_EQ(Tree().currentItem()->parent()->text(0), "SHELL");
+
+    m_dialog.reset(); // a closed browser no longer listens
+    m_view->NotifySelectionChanged();
+}
+
+} // namespace

@@ -7,6 +7,25 @@ namespace {
 
 using ViewServices = HcTest;
 
+// Listeners hear each notice once however often they were added, until removed.
+TEST_F(ViewServices, SelectionListenersHearTheViewsNotice) {
+    HBaseModel model;
+    HBaseView view(&model);
+    int heard = 0;
+    const auto count = [](HBaseView*, void* user) { ++*static_cast<int*>(user); };
+    const auto leave = [](HBaseView* from, void* user) {
+        from->RemoveSelectionListener(
+            +[](HBaseView*, void*) {}, user);
+    };
+    view.AddSelectionListener(count, &heard);
+    view.AddSelectionListener(count, &heard);
+    view.NotifySelectionChanged();
+    EXPECT_EQ(heard, 1);
+    view.RemoveSelectionListener(count, &heard);
+    view.NotifySelectionChanged();
+    EXPECT_EQ(heard, 1);
+}
+
 TEST_F(ViewServices, AViewIncludesItsModelInItsScene) {
     HBaseModel model;
     HBaseView view(&model);

@@ -98,6 +98,7 @@ void SceneViewWidget::PickAt(const QPoint& point) {
         selection->Select(hit.item, static_cast<int>(path.size()), path.data());
     }
     update();
+    m_view->NotifySelectionChanged();
     emit Picked(hit.item, path);
 }
 
