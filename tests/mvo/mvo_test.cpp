@@ -13,10 +13,6 @@ TEST_F(ViewServices, SelectionListenersHearTheViewsNotice) {
     HBaseView view(&model);
     int heard = 0;
     const auto count = [](HBaseView*, void* user) { ++*static_cast<int*>(user); };
-    const auto leave = [](HBaseView* from, void* user) {
-        from->RemoveSelectionListener(
-            +[](HBaseView*, void*) {}, user);
-    };
     view.AddSelectionListener(count, &heard);
     view.AddSelectionListener(count, &heard);
     view.NotifySelectionChanged();
