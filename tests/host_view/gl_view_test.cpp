@@ -86,6 +86,20 @@ TEST_F(GlViewTest, DrawsTheModelInItsColourAndRedrawsAnEditAlone) {
     EXPECT_GT(CentrePixel().red(), 200);
 }
 
+// X-ray is the view's: the square is drawn as a faint grey over the background, and again in
+// its own colour once the x-ray is off; the scene is not touched.
+TEST_F(GlViewTest, AnXRayedItemLetsTheBackgroundThrough) {
+    const HC_REVISION revision = HC_Show_Revision();
+    m_widget->SetXRay(m_square, true);
+    const QColor seeThrough = CentrePixel();
+    EXPECT_GT(seeThrough.red(), 180);
+    EXPECT_GT(seeThrough.green(), 180) << "not red: the grey ghost over the background";
+    EXPECT_LT(seeThrough.red(), 240) << "but something is drawn";
+    m_widget->SetXRay(m_square, false);
+    EXPECT_TRUE(Reddish(CentrePixel()));
+    EXPECT_EQ(HC_Show_Revision(), revision);
+}
+
 TEST_F(GlViewTest, AClickSelectsTheItemUnderIt) {
     QSignalSpy picked(m_widget.get(), &SceneViewWidget::Picked);
     QPoint centre(m_widget->width() / 2, m_widget->height() / 2);

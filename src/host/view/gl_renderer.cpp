@@ -132,8 +132,22 @@ void GlRenderer::Draw(const GpuBatch& batch, int kind, int first, int count) {
     ++m_stats.drawCalls;
 }
 
+template <class Test>
+void GlRenderer::DrawRuns(const SceneCache& cache, int id, int kind, Test&& passes) {
+    const Primitives& primitives = cache.Instances()[id].batch.Kind(kind);
+    const auto& runs = primitives.runs;
+    const int per = DrawBatch::kVerticesPer[kind];
+    const int total = static_cast<int>(primitives.vertices.size()) / per;
+    for (size_t r = 0; r < runs.size(); ++r) {
+        if (!passes(runs[r].item)) continue;
+        const int first = static_cast<int>(runs[r].first);
+        const int end = r + 1 < runs.size() ? static_cast<int>(runs[r + 1].first) : total;
+        Draw(m_batches[id], kind, first * per, (end - first) * per);
+    }
+}
+
 void GlRenderer::Render(SceneCache& cache, const Camera& camera, HSelectionSet* selection,
-                        const Box& overlay) {
+                        const Box& overlay, const std::unordered_set<HC_KEY>& xRay) {
     m_stats = {};
     for (int id : cache.TakeTouched())
         Upload(cache, id);
@@ -156,11 +170,18 @@ void GlRenderer::Render(SceneCache& cache, const Camera& camera, HSelectionSet* 
     m_program->setUniformValue(m_shadedLocation, false);
 
     const auto& instances = cache.Instances();
+    const auto solid = [&xRay](HC_KEY item) { return !xRay.contains(item); };
+    // Without x-ray a batch is one draw call per kind; with it, the runs of the items drawn.
     auto drawAll = [&](int firstKind, int lastKind) {
-        for (int id = 0; id < static_cast<int>(m_batches.size()); ++id)
-            if (id < static_cast<int>(instances.size()) && instances[id].alive)
-                for (int kind = firstKind; kind <= lastKind; ++kind)
+        for (int id = 0; id < static_cast<int>(m_batches.size()); ++id) {
+            if (id >= static_cast<int>(instances.size()) || !instances[id].alive) continue;
+            for (int kind = firstKind; kind <= lastKind; ++kind) {
+                if (xRay.empty())
                     Draw(m_batches[id], kind, 0, m_batches[id].vertices[kind]);
+                else
+                    DrawRuns(cache, id, kind, solid);
+            }
+        }
     };
     drawAll(0, kTranslucent - 1);
     // Translucent faces over what they let show through, unsorted: they keep the depth they
@@ -169,6 +190,17 @@ void GlRenderer::Render(SceneCache& cache, const Camera& camera, HSelectionSet* 
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glDepthMask(GL_FALSE);
     drawAll(kTranslucent, kTranslucent);
+    if (!xRay.empty()) {
+        // One grey, faint enough to see the solid parts through several walls; as every x-rayed
+        // face has the same colour and writes no depth, the order they blend in cannot show.
+        m_program->setUniformValue(m_overrideLocation, 0.55f, 0.6f, 0.68f, 0.12f);
+        const auto seeThrough = [&xRay](HC_KEY item) { return xRay.contains(item); };
+        for (int id = 0; id < static_cast<int>(m_batches.size()); ++id)
+            if (id < static_cast<int>(instances.size()) && instances[id].alive)
+                for (int kind : {0, kTranslucent})
+                    DrawRuns(cache, id, kind, seeThrough);
+        m_program->setUniformValue(m_overrideLocation, 0.0f, 0.0f, 0.0f, 0.0f);
+    }
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
 
@@ -207,21 +239,11 @@ void GlRenderer::DrawHighlight(const SceneCache& cache,
         if (id >= static_cast<int>(instances.size()) || !instances[id].alive) continue;
         bool whole = isInSelected(id);
         for (int kind = 0; kind < kKinds; ++kind) {
-            const Primitives& primitives = instances[id].batch.Kind(kind);
             if (whole) {
                 Draw(m_batches[id], kind, 0, m_batches[id].vertices[kind]);
                 continue;
             }
-            const auto& runs = primitives.runs;
-            int total =
-                static_cast<int>(primitives.vertices.size()) / DrawBatch::kVerticesPer[kind];
-            for (size_t r = 0; r < runs.size(); ++r) {
-                if (!selected.contains(runs[r].item)) continue;
-                int first = static_cast<int>(runs[r].first);
-                int end = r + 1 < runs.size() ? static_cast<int>(runs[r + 1].first) : total;
-                Draw(m_batches[id], kind, first * DrawBatch::kVerticesPer[kind],
-                     (end - first) * DrawBatch::kVerticesPer[kind]);
-            }
+            DrawRuns(cache, id, kind, [&selected](HC_KEY item) { return selected.contains(item); });
         }
     }
     m_program->setUniformValue(m_overrideLocation, 0.0f, 0.0f, 0.0f, 0.0f);

@@ -35,9 +35,10 @@ public:
     bool IsInitialized() const { return m_program != nullptr; }
     // With the context current: frees every buffer (before the context goes away).
     void Release();
-    // Uploads what changed in the cache and draws a frame. overlay may be empty.
+    // Uploads what changed in the cache and draws a frame. overlay may be empty. The items of
+    // xRay (geometry keys) are drawn as a see-through grey after everything else.
     void Render(SceneCache& cache, const Camera& camera, HSelectionSet* selection,
-                const Box& overlay);
+                const Box& overlay, const std::unordered_set<HC_KEY>& xRay = {});
     const FrameStats& LastFrame() const { return m_stats; }
 
 private:
@@ -53,6 +54,9 @@ private:
     void Free(GpuBatch& batch);
     void Draw(const GpuBatch& batch, int kind, int first, int count);
     void DrawHighlight(const SceneCache& cache, const std::unordered_set<HC_KEY>& selected);
+    // Draws the runs of one batch's primitives of a kind whose item passes the test.
+    template <class Test>
+    void DrawRuns(const SceneCache& cache, int id, int kind, Test&& passes);
     void DrawOverlay(const Box& box);
 
     std::unique_ptr<QOpenGLShaderProgram> m_program;

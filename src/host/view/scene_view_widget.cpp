@@ -102,6 +102,15 @@ void SceneViewWidget::PickAt(const QPoint& point) {
     emit Picked(hit.item, path);
 }
 
+void SceneViewWidget::SetXRay(HC_KEY item, bool xRay) {
+    if (xRay ? m_xRay.insert(item).second : m_xRay.erase(item) != 0) update();
+}
+
+void SceneViewWidget::ClearXRay() {
+    if (!m_xRay.empty()) update();
+    m_xRay.clear();
+}
+
 void SceneViewWidget::initializeGL() {
     if (!m_renderer.Initialize())
         qWarning("The 3D view needs OpenGL 3.3 core; the scene is not drawn.");
@@ -117,7 +126,7 @@ void SceneViewWidget::paintGL() {
         m_camera.Fit(m_cache.Bounds());
         m_fitPending = m_cache.Bounds().Empty();
     }
-    m_renderer.Render(m_cache, m_camera, m_view->GetSelection(), m_overlay);
+    m_renderer.Render(m_cache, m_camera, m_view->GetSelection(), m_overlay, m_xRay);
 }
 
 void SceneViewWidget::mousePressEvent(QMouseEvent* event) {

@@ -5,6 +5,7 @@
 #include <QOpenGLWidget>
 #include <QPoint>
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 #include <obsidra/hc.h>
@@ -41,6 +42,10 @@ public:
     void ShowBounding(bool show, HC_KEY key, int count, const HC_KEY* path);
     // Selects the nearest item under a point of the widget, as a click does.
     void PickAt(const QPoint& point);
+    // Draws a geometry item see-through (x-ray) or as it is: a mode of the view, not of the
+    // scene. The component viewer's "X-ray" asks it through the building's host.
+    void SetXRay(HC_KEY item, bool xRay);
+    void ClearXRay();
 
     Camera& GetCamera() { return m_camera; }
     const SceneCache& GetSceneCache() const { return m_cache; }
@@ -71,6 +76,7 @@ private:
     Camera m_camera;
     GlRenderer m_renderer;
     Box m_overlay;
+    std::unordered_set<HC_KEY> m_xRay;
     bool m_fitPending = true;
     QPoint m_pressAt;
     QPoint m_lastAt;

@@ -171,9 +171,12 @@ bool MainWindow::ReplaceScene(PendingScene& pending, const QString& path, std::s
     HC_Show_Segment(fresh, pathname);
     const std::string name = mesh::SegmentNameOf(QFileInfo(path).fileName().toStdString());
     HC_Rename_Segment(pathname, name.c_str());
+    m_view->ClearXRay(); // the old scene's items are gone
     if (std::optional<ifc::IfcBuilding> building = pending.TakeBuilding()) {
         m_building = std::make_unique<ifc::IfcComponentHost>(std::move(*building));
         m_building->SetRedraw([this] { m_view->View()->Update(); });
+        m_building->SetXRayHandler(
+            [this](HC_KEY shell, bool xRay) { m_view->SetXRay(shell, xRay); });
     }
     setWindowTitle(QFileInfo(path).fileName() + " - obsidra-viewer");
     m_view->FitAll();
