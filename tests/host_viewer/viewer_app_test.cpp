@@ -2,15 +2,23 @@
 // module's dialogs from the Tools menu. With OBSIDRA_VIEWER_SHOTS set to a folder, the window
 // and each dialog are also saved there as PNGs, for the documentation.
 #include <QApplication>
+#include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QDropEvent>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPainter>
+#include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QStyle>
+#include <QStyleOptionViewItem>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 #include <QTreeView>
 #include <QUrl>
@@ -197,6 +205,72 @@ TEST_F(ViewerAppTest, TheToolsMenuOpensTheModulesDialogs) {
     EXPECT_FALSE(TopLevel("CSegmentBrowserDlg"));
     EXPECT_FALSE(TopLevel("OrnViewer"));
     EXPECT_FALSE(Action(m_window, "Component Viewer")->isEnabled());
+}
+
+// The row of a tree showing that text, or an invalid index.
+QModelIndex Row(QTreeView& tree, const QString& text) {
+    const QModelIndexList found = tree.model()->match(
+        tree.model()->index(0, 0), Qt::DisplayRole, text, 1, Qt::MatchExactly | Qt::MatchRecursive);
+    return found.isEmpty() ? QModelIndex() : found.front();
+}
+
+// Clicks the check box of a row, as a user would.
+void ClickBox(QTreeView& tree, const QModelIndex& row) {
+    tree.scrollTo(row);
+    QStyleOptionViewItem option;
+    option.initFrom(&tree);
+    option.rect = tree.visualRect(row);
+    option.features = QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+    option.checkState = row.data(Qt::CheckStateRole).value<Qt::CheckState>();
+    option.text = row.data().toString();
+    const QRect box =
+        tree.style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &tree);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, box.center());
+}
+
+QWidget* Control(QWidget& dialog, int id) {
+    for (QWidget* widget : dialog.findChildren<QWidget*>())
+        if (widget->property("controlId").toInt() == id) return widget;
+    ADD_FAILURE() << "no control " << id;
+    return nullptr;
+}
+
+// How many pixels of a picture differ from another's.
+int Changed(const QImage& a, const QImage& b) {
+    int changed = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            if (a.pixel(x, y) != b.pixel(x, y)) ++changed;
+    return changed;
+}
+
+// The dialogs edit what the view draws: unticking the site in the component viewer takes its
+// pixels away and ticking it brings them back; a replace in the segment browser's attribute
+// search (diffuse colours made specular ones) shows at once.
+TEST_F(ViewerAppTest, TheDialogsChangeThePicture) {
+    ASSERT_TRUE(Open(kHouse)[0].toBool());
+    if (!m_window.View()->HasRenderer()) GTEST_SKIP() << "no OpenGL 3.3 core context here";
+    const QImage whole = m_window.View()->Snapshot();
+    const int many = whole.width() * whole.height() / 50;
+
+    Action(m_window, "Component Viewer")->trigger();
+    QWidget* components = TopLevel("OrnViewer");
+    ASSERT_TRUE(components);
+    auto* controlTree = components->findChild<QTreeView*>();
+    controlTree->expandToDepth(2);
+    ClickBox(*controlTree, Row(*controlTree, QStringLiteral("其他")));
+    EXPECT_GT(Changed(whole, m_window.View()->Snapshot()), many) << "the site is hidden";
+    ClickBox(*controlTree, Row(*controlTree, QStringLiteral("其他")));
+    EXPECT_EQ(Changed(whole, m_window.View()->Snapshot()), 0) << "and shown again";
+    components->close();
+
+    Action(m_window, "Segment Browser")->trigger();
+    QWidget* browser = TopLevel("CSegmentBrowserDlg");
+    ASSERT_TRUE(browser);
+    static_cast<QComboBox*>(Control(*browser, 1554))->setCurrentText("Attribute");
+    static_cast<QLineEdit*>(Control(*browser, 1320))->setText("diffuse$$specular");
+    QTest::mouseClick(static_cast<QPushButton*>(Control(*browser, 1232)), Qt::LeftButton);
+    EXPECT_GT(Changed(whole, m_window.View()->Snapshot()), 1000) << "the house's walls and roof";
 }
 
 } // namespace
