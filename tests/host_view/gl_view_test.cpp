@@ -9,11 +9,14 @@
 
 #include <obsidra/hc.h>
 #include <obsidra/hc_fastpath.h>
+#include <obsidra/hc_undo.h>
 
 #include "host/ifc/ifc_importer.h"
+#include "host/view/item_bounds.h"
 #include "host/view/scene_view_widget.h"
 #include "host/view/viewer_view.h"
 #include "mvo/base_model.h"
+#include "mvo/geom_handle.h"
 
 namespace obsidra::host::view {
 namespace {
@@ -98,6 +101,43 @@ TEST_F(GlViewTest, AnXRayedItemLetsTheBackgroundThrough) {
     m_widget->SetXRay(m_square, false);
     EXPECT_TRUE(Reddish(CentrePixel()));
     EXPECT_EQ(HC_Show_Revision(), revision);
+}
+
+// Dragging the x arrow of a manipulator moves the part along x, as one step of undo; the camera
+// does not turn meanwhile.
+TEST_F(GlViewTest, DraggingAManipulatorArrowMovesItsSegment) {
+    ASSERT_TRUE(HUtilityGeomHandle::SetupManipulator(m_part, m_widget->View(), nullptr, true, false,
+                                                     false, true, false, false));
+    HC_Open_Segment_By_Key(m_widget->View()->GetSceneKey());
+    HC_Open_Segment(HUtilityGeomHandle::kHandlesSegment);
+    HC_Begin_Contents_Search("...", "shells");
+    char type[HC_TEXT_MAX];
+    HC_KEY head = 0;
+    ASSERT_TRUE(HC_Find_Contents(type, &head));
+    HC_End_Contents_Search();
+    HC_Close_Segment();
+    HC_Close_Segment();
+    m_widget->Snapshot();
+    Vec3 screen;
+    ASSERT_TRUE(m_widget->GetCamera().Project(WorldBounds(head, 0, nullptr).Centre(), screen));
+    const QPoint grab(static_cast<int>(screen.x), static_cast<int>(screen.y));
+    const Vec3 eye = m_widget->GetCamera().Eye();
+
+    QTest::mousePress(m_widget.get(), Qt::LeftButton, {}, grab);
+    QTest::mouseMove(m_widget.get(), grab + QPoint(30, 0));
+    QTest::mouseRelease(m_widget.get(), Qt::LeftButton, {}, grab + QPoint(30, 0));
+    float matrix[16] = {};
+    HC_Open_Segment_By_Key(m_part);
+    ASSERT_TRUE(HC_Show_Existence("modelling matrix"));
+    HC_Show_Modelling_Matrix(matrix);
+    HC_Close_Segment();
+    EXPECT_GT(matrix[12], 0.1f) << "moved along x";
+    EXPECT_EQ(matrix[13], 0.0f);
+    const Vec3 still = m_widget->GetCamera().Eye();
+    EXPECT_EQ(still.x, eye.x);
+    char step[HC_TEXT_MAX] = "";
+    ASSERT_TRUE(HC_Show_Undo_Step(step));
+    EXPECT_STREQ(step, "Manipulate");
 }
 
 TEST_F(GlViewTest, AClickSelectsTheItemUnderIt) {

@@ -5,6 +5,9 @@
 #include <QOpenGLContext>
 #include <QResizeEvent>
 #include <QWheelEvent>
+#include <cmath>
+
+#include <obsidra/hc_undo.h>
 
 #include "host/view/item_bounds.h"
 #include "host/view/picking.h"
@@ -129,14 +132,47 @@ void SceneViewWidget::paintGL() {
     m_renderer.Render(m_cache, m_camera, m_view->GetSelection(), m_overlay, m_xRay);
 }
 
+// A press on a manipulator handle grabs it: the drag that follows moves, turns or stretches
+// its segment instead of turning the camera, as one step of undo.
 void SceneViewWidget::mousePressEvent(QMouseEvent* event) {
     m_pressAt = m_lastAt = event->position().toPoint();
     m_dragged = false;
+    if (event->button() != Qt::LeftButton || (event->modifiers() & Qt::ShiftModifier)) return;
+    m_camera.SetViewport(width(), height());
+    m_cache.Sync();
+    const auto x = static_cast<float>(m_pressAt.x());
+    const auto y = static_cast<float>(m_pressAt.y());
+    const PickHit hit = Pick(m_cache, m_camera, x, y);
+    if (hit.item == -1) return;
+    m_handle = HUtilityGeomHandle::HandleOf(hit.item);
+    if (!m_handle) return;
+    const Ray ray = m_camera.RayAt(x, y);
+    m_planePoint = m_lastOnPlane = ray.origin + ray.direction * hit.distance;
+    m_planeNormal = Normalized(m_camera.Eye() - m_camera.Target());
+    HC_Begin_Undo_Step("Manipulate");
+}
+
+bool SceneViewWidget::OnDragPlane(QPoint at, Vec3& point) const {
+    const Ray ray = m_camera.RayAt(static_cast<float>(at.x()), static_cast<float>(at.y()));
+    const float facing = Dot(ray.direction, m_planeNormal);
+    if (std::abs(facing) < 1e-6f) return false;
+    point = ray.origin + ray.direction * (Dot(m_planePoint - ray.origin, m_planeNormal) / facing);
+    return true;
 }
 
 void SceneViewWidget::mouseMoveEvent(QMouseEvent* event) {
     QPoint at = event->position().toPoint();
     if ((at - m_pressAt).manhattanLength() > kClickSlack) m_dragged = true;
+    if (m_handle) {
+        m_lastAt = at;
+        Vec3 onPlane;
+        if (!m_dragged || !OnDragPlane(at, onPlane)) return;
+        const HPoint from{m_lastOnPlane.x, m_lastOnPlane.y, m_lastOnPlane.z};
+        const HPoint to{onPlane.x, onPlane.y, onPlane.z};
+        if (HUtilityGeomHandle::ApplyDrag(m_handle, from, to)) m_lastOnPlane = onPlane;
+        update();
+        return;
+    }
     QPoint delta = at - m_lastAt;
     m_lastAt = at;
     if (!m_dragged) return;
@@ -153,7 +189,16 @@ void SceneViewWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void SceneViewWidget::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && !m_dragged) PickAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton) return;
+    if (m_handle) {
+        m_handle = {};
+        HC_End_Undo_Step();
+        if (m_dragged) {
+            m_view->Update();
+            return;
+        }
+    }
+    if (!m_dragged) PickAt(event->position().toPoint());
 }
 
 void SceneViewWidget::wheelEvent(QWheelEvent* event) {

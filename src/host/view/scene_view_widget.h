@@ -14,6 +14,7 @@
 #include "host/view/camera.h"
 #include "host/view/gl_renderer.h"
 #include "host/view/scene_cache.h"
+#include "mvo/geom_handle.h"
 
 class HBaseModel;
 
@@ -70,6 +71,8 @@ protected:
 private:
     static void OnChanges(const HC_CHANGE* changes, int count, void* user);
     void ReleaseGl();
+    // Where the pointer at a pixel meets the drag plane; false when it runs along it.
+    bool OnDragPlane(QPoint at, Vec3& point) const;
 
     std::unique_ptr<ViewerView> m_view;
     SceneCache m_cache;
@@ -81,6 +84,12 @@ private:
     QPoint m_pressAt;
     QPoint m_lastAt;
     bool m_dragged = false;
+    // A manipulator handle being dragged: the plane facing the camera through the point it was
+    // grabbed at, and where the pointer last met it.
+    HManipulatorHandle m_handle;
+    Vec3 m_planePoint;
+    Vec3 m_planeNormal;
+    Vec3 m_lastOnPlane;
 };
 
 } // namespace obsidra::host::view
