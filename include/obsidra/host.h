@@ -281,6 +281,9 @@ public:
         // Draws the geometry see-through (x-ray) or as it is; a host without the mode ignores
         // it. Display state only: the scene is not changed.
         virtual void SetXRay(bool /*xRay*/) {}
+        // Marks the geometry as part of the node selected in the component viewer's tree, or
+        // unmarks it; display state only, which a host without it ignores.
+        virtual void SetHighlighted(bool /*highlighted*/) {}
     };
 
     // Keeps the geometry alive for as long as the viewer holds the handle.

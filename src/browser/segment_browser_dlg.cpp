@@ -134,6 +134,7 @@ CSegmentBrowserDlg::CSegmentBrowserDlg(QWidget* parent, HBaseView* view)
 CSegmentBrowserDlg::~CSegmentBrowserDlg() {
     HC_UnDefine_Change_Listener(&CSegmentBrowserDlg::OnSceneChanged, this);
     if (m_view) m_view->RemoveSelectionListener(&CSegmentBrowserDlg::OnViewSelectionChanged, this);
+    if (m_view && m_view->GetHighlightedKey() != -1) m_view->HighlightItem(-1, 0, nullptr);
 }
 
 // A pick in the view: the picked item's node is found in the tree (a key search from the top),
@@ -246,6 +247,10 @@ void CSegmentBrowserDlg::CreateControls() {
     connect(&m_undoButtonsTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::UpdateUndoButtons);
     HC_Define_Change_Listener(&CSegmentBrowserDlg::OnSceneChanged, this);
     if (m_view) m_view->AddSelectionListener(&CSegmentBrowserDlg::OnViewSelectionChanged, this);
+    // The row the user picks is marked in the view (ours: apart from the view's selection).
+    connect(Tree(), &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+        HighlightInView(WindowsTreeGraphItem::FromHandle(item));
+    });
     UpdateUndoButtons();
     auto* undo = new QShortcut(QKeySequence::Undo, this);
     connect(undo, &QShortcut::activated, this, &CSegmentBrowserDlg::Undo);
@@ -326,6 +331,17 @@ void CSegmentBrowserDlg::Search() {
     else
         return;
     SelectFirstHit();
+}
+
+void CSegmentBrowserDlg::HighlightInView(TreeGraphItem* node) {
+    if (!m_view) return;
+    HC_KEY key = node && m_model ? node->GetKey() : -1;
+    if (!IsObjectKey(key) || !obsidra::scenetree::IsAlive(key)) key = -1;
+    const std::vector<HC_KEY> path =
+        key == -1 ? std::vector<HC_KEY>() : m_model->GetIncludePath(node);
+    if (key == -1 && m_view->GetHighlightedKey() == -1) return;
+    m_view->HighlightItem(key, static_cast<int>(path.size()), path.data());
+    m_view->Update();
 }
 
 void CSegmentBrowserDlg::Undo() {
@@ -480,6 +496,7 @@ void CSegmentBrowserDlg::showEvent(QShowEvent* event) {
 
 void CSegmentBrowserDlg::closeEvent(QCloseEvent* event) {
     m_ready = false;
+    HighlightInView(nullptr);
     QDialog::closeEvent(event);
 }
 

@@ -96,6 +96,7 @@ private:
     void OnCommand(int commandId, TreeGraphItem* node);
     void SelectFirstHit();
     void AfterUndoOrRedo();
+    void HighlightInView(TreeGraphItem* node);
     void UpdateUndoButtons();
     static void OnSceneChanged(const HC_CHANGE* changes, int count, void* self);
     static void OnViewSelectionChanged(HBaseView* view, void* self);

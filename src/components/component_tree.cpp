@@ -82,6 +82,11 @@ void ComponentTree::RebuildFromHost() {
 }
 
 void ComponentTree::ResetData() {
+    // The marks of the selection go with it; the host redraws when the view is next drawn.
+    for (const auto& handle : m_markedGeometry)
+        if (ComponentHost::Geometry* geometry = handle->GetGeometry())
+            geometry->SetHighlighted(false);
+    m_markedGeometry.clear();
     m_nodes.clear();
     m_childIndices.clear();
     std::apply([](auto&... tables) { (tables.clear(), ...); }, m_records);
@@ -345,10 +350,9 @@ void ComponentTree::ToggleSelectedByKey() {
 
 // Geometry nodes are always leaves, so only leaves are looked at; a subtree walk visits them in
 // tree order, which is the order the host sees the calls in.
-template <class Apply>
-void ComponentTree::ForEachGeometry(NodeIndex node, Apply&& apply) {
-    ComponentHost::GeometryIndex* index = m_host ? m_host->GetGeometryIndex() : nullptr;
-    if (!index || !IsValid(node)) return;
+template <class Visit>
+void ComponentTree::ForEachGeometryRecord(NodeIndex node, Visit&& visit) const {
+    if (!IsValid(node)) return;
     std::vector<NodeIndex> pending{node};
     while (!pending.empty()) {
         const NodeIndex current = pending.back();
@@ -359,13 +363,20 @@ void ComponentTree::ForEachGeometry(NodeIndex node, Apply&& apply) {
             continue;
         }
         if (Kind(current) != NodeKind::Geometry) continue;
-        const GeometryRecord* record = FindRecord<GeometryRecord>(current);
-        if (!record) continue;
+        if (const GeometryRecord* record = FindRecord<GeometryRecord>(current)) visit(*record);
+    }
+}
+
+template <class Apply>
+void ComponentTree::ForEachGeometry(NodeIndex node, Apply&& apply) {
+    ComponentHost::GeometryIndex* index = m_host ? m_host->GetGeometryIndex() : nullptr;
+    if (!index) return;
+    ForEachGeometryRecord(node, [&](const GeometryRecord& record) {
         const std::shared_ptr<ComponentHost::GeometryHandle> handle =
-            index->FindGeometry(record->id);
+            index->FindGeometry(record.id);
         if (ComponentHost::Geometry* geometry = handle ? handle->GetGeometry() : nullptr)
             apply(*geometry);
-    }
+    });
 }
 
 void ComponentTree::ApplyVisibility(NodeIndex node, bool visible) {
@@ -447,6 +458,27 @@ void ComponentTree::Select(NodeIndex node) {
     m_selected = IsValid(node) ? node : kNoNode;
     m_information = InformationText(m_selected);
     NotifyInformation();
+    MarkSelectedGeometry(m_selected);
+}
+
+// The marks are display state that the host draws on its own: no redraw is asked, so that a
+// selection costs the host's view nothing it did not ask for.
+void ComponentTree::MarkSelectedGeometry(NodeIndex node) {
+    for (const auto& handle : m_markedGeometry)
+        if (ComponentHost::Geometry* geometry = handle->GetGeometry())
+            geometry->SetHighlighted(false);
+    m_markedGeometry.clear();
+    ComponentHost::GeometryIndex* index = m_host ? m_host->GetGeometryIndex() : nullptr;
+    if (index && node != kNoNode) {
+        // The handles are kept, so that the marks can be taken back whatever the host frees.
+        ForEachGeometryRecord(node, [&](const GeometryRecord& record) {
+            if (auto handle = index->FindGeometry(record.id)) {
+                if (ComponentHost::Geometry* geometry = handle->GetGeometry())
+                    geometry->SetHighlighted(true);
+                m_markedGeometry.push_back(std::move(handle));
+            }
+        });
+    }
 }
 
 std::string ComponentTree::InformationText(NodeIndex node) const {

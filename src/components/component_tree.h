@@ -130,7 +130,8 @@ public:
     void MarkComponent(std::uint64_t componentHandle);
     bool IsHighlighted(NodeIndex node) const;
 
-    // Selection and information.
+    // Selection and information. The host's geometry of the selected node's subtree is marked
+    // (Geometry::SetHighlighted), the previous node's unmarked.
     void Select(NodeIndex node);
     NodeIndex Selected() const { return m_selected; }
     const std::string& Information() const { return m_information; }
@@ -178,10 +179,15 @@ private:
     void SetSubtreeStates(NodeIndex node, CheckState state);
     void AlignAncestors(NodeIndex node, CheckState state);
     void ApplyVisibility(NodeIndex node, bool visible);
+    // Calls visit for the record of every geometry node in the subtree, in tree order.
+    template <class Visit>
+    void ForEachGeometryRecord(NodeIndex node, Visit&& visit) const;
     // Calls apply for the host's geometry of every geometry node in the subtree, in tree order.
     template <class Apply>
     void ForEachGeometry(NodeIndex node, Apply&& apply);
     void RedrawHost();
+    // Unmarks what the last selection marked and marks the node's geometry.
+    void MarkSelectedGeometry(NodeIndex node);
 
     void NotifyAboutToReset();
     void NotifyReset();
@@ -198,6 +204,7 @@ private:
     std::unordered_map<std::uint64_t, NodeIndex> m_componentNodes;
     std::vector<bool> m_highlighted;
     NodeIndex m_selected = kNoNode;
+    std::vector<std::shared_ptr<ComponentHost::GeometryHandle>> m_markedGeometry;
     std::string m_information;
     std::vector<ComponentTreeObserver*> m_observers;
     std::vector<NodeIndex> m_changedStates;

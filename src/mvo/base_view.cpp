@@ -30,6 +30,10 @@ void HBaseView::VisualizeBounding(bool show, HC_KEY key, int count, const HC_KEY
                           path && count > 0 ? path + count : nullptr);
 }
 
+void HBaseView::HighlightItem(HC_KEY key, int /*count*/, const HC_KEY* /*path*/) {
+    m_highlightKey = key;
+}
+
 void HBaseView::AddSelectionListener(SelectionListener listener, void* user) {
     if (!listener) return;
     const std::pair<SelectionListener, void*> entry{listener, user};

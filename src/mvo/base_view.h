@@ -33,6 +33,10 @@ public:
     virtual void FitItemByPath(HC_KEY key, int count, const HC_KEY* path);
     // Shows or hides the bounding box of an item (reached through the include path).
     virtual void VisualizeBounding(bool show, HC_KEY key, int count, const HC_KEY* path);
+    // Marks the item the user picked in the segment browser's tree (reached through the include
+    // path; a segment with everything below it), apart from the selection; -1 takes the mark
+    // away. A view without it only records the key.
+    virtual void HighlightItem(HC_KEY key, int count, const HC_KEY* path);
 
     // Who hears that the user changed the selection in the view (a pick): the segment browser
     // reveals the picked item. The view that changes the selection calls
@@ -46,6 +50,7 @@ public:
     int GetUpdateCount() const { return m_updates; }
     HC_KEY GetFittedKey() const { return m_fittedKey; }
     HC_KEY GetVisualizedBoundingKey() const { return m_boundingKey; }
+    HC_KEY GetHighlightedKey() const { return m_highlightKey; }
     const std::vector<HC_KEY>& GetVisualizedBoundingPath() const { return m_boundingPath; }
 
 private:
@@ -58,5 +63,6 @@ private:
     int m_updates = 0;
     HC_KEY m_fittedKey = -1;
     HC_KEY m_boundingKey = -1;
+    HC_KEY m_highlightKey = -1;
     std::vector<HC_KEY> m_boundingPath;
 };

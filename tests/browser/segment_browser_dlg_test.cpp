@@ -497,7 +497,7 @@ TEST_F(SegmentBrowserTest, UndoAndRedoNameTheStepAndTheTreeFollows) {
 namespace {
 
 // A pick in the host's view (the view's selection changed, and the view says so) opens the
-// tree to the picked shell and makes it current.
+// tree to the picked shell and makes it current; the current row is marked in the view.
 TEST_F(SegmentBrowserTest, APickInTheViewIsFoundInTheTree) {
     m_view->GetSelection()->Select(m_shell);
     m_view->NotifySelectionChanged();
@@ -505,8 +505,11 @@ TEST_F(SegmentBrowserTest, APickInTheViewIsFoundInTheTree) {
     EXPECT_EQ(WindowsTreeGraphItem::FromHandle(Tree().currentItem())->GetKey(), m_shell);
     EXPECT_EQ(Tree().currentItem()->parent()->text(0), "SHELL");
 
-    m_dialog.reset(); // a closed browser no longer listens
+    EXPECT_EQ(m_view->GetHighlightedKey(), m_shell) << "and the current row is marked in the view";
+
+    m_dialog.reset(); // a closed browser no longer listens, nor marks
     m_view->NotifySelectionChanged();
+    EXPECT_EQ(m_view->GetHighlightedKey(), -1);
 }
 
 } // namespace

@@ -187,5 +187,23 @@ TEST_F(Selection, ClearingOrRebuildingEmptiesTheInformation) {
     m_tree.RemoveObserver(&recorder);
 }
 
+// The selected node's geometry is marked in the host (11-13 lie under F1's 外墙属性1); the next
+// selection and a clear take the marks back, and the host is not asked to redraw.
+TEST_F(Selection, TheSelectedNodesGeometryIsMarkedInTheHost) {
+    const auto marked = [this] {
+        std::vector<std::int64_t> ids;
+        for (std::int64_t id = 11; id <= 16; ++id)
+            if (m_host.IsHighlighted(id).value_or(false)) ids.push_back(id);
+        return ids;
+    };
+    m_tree.Select(Node({"工程A", "建筑", "墙体", "外墙", "F1", "外墙属性1"}));
+    EXPECT_EQ(marked(), (std::vector<std::int64_t>{11, 12, 13}));
+    m_tree.Select(Node({"工程A", "建筑", "墙体", "外墙", "F2"}));
+    EXPECT_EQ(marked(), std::vector<std::int64_t>{14});
+    m_tree.Clear();
+    EXPECT_EQ(marked(), std::vector<std::int64_t>{});
+    EXPECT_EQ(m_host.RedrawCount(), 0);
+}
+
 } // namespace
 } // namespace obsidra::components

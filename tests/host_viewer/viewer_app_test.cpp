@@ -244,24 +244,36 @@ int Changed(const QImage& a, const QImage& b) {
     return changed;
 }
 
-// The dialogs edit what the view draws: unticking the site in the component viewer takes its
-// pixels away and ticking it brings them back; a replace in the segment browser's attribute
-// search (diffuse colours made specular ones) shows at once.
+// The dialogs edit what the view draws: selecting the site in the component viewer marks it,
+// unticking it takes its pixels away and ticking it brings them back; a replace in the segment
+// browser's attribute search (diffuse colours made specular ones) shows at once.
 TEST_F(ViewerAppTest, TheDialogsChangeThePicture) {
     ASSERT_TRUE(Open(kHouse)[0].toBool());
     if (!m_window.View()->HasRenderer()) GTEST_SKIP() << "no OpenGL 3.3 core context here";
-    const QImage whole = m_window.View()->Snapshot();
-    const int many = whole.width() * whole.height() / 50;
+    const QImage plain = m_window.View()->Snapshot();
+    const int many = plain.width() * plain.height() / 50;
 
     Action(m_window, "Component Viewer")->trigger();
     QWidget* components = TopLevel("OrnViewer");
     ASSERT_TRUE(components);
     auto* controlTree = components->findChild<QTreeView*>();
     controlTree->expandToDepth(2);
+    controlTree->setCurrentIndex(Row(*controlTree, QStringLiteral("其他")));
+    const QImage whole = m_window.View()->Snapshot();
+    EXPECT_GT(Changed(plain, whole), many) << "the selected node's geometry is marked";
     ClickBox(*controlTree, Row(*controlTree, QStringLiteral("其他")));
     EXPECT_GT(Changed(whole, m_window.View()->Snapshot()), many) << "the site is hidden";
     ClickBox(*controlTree, Row(*controlTree, QStringLiteral("其他")));
     EXPECT_EQ(Changed(whole, m_window.View()->Snapshot()), 0) << "and shown again";
+    if (!qEnvironmentVariableIsEmpty("OBSIDRA_VIEWER_SHOTS")) {
+        // What "X-ray" on the doors draws: the rest of the building see-through.
+        controlTree->setCurrentIndex({});
+        for (const ifc::IfcComponent& component : m_window.Building()->Building().Components())
+            for (HC_KEY shell : component.shells)
+                m_window.View()->SetXRay(shell, component.category.minorCategory != "门");
+        Shoot(m_window, nullptr, "viewer-xray");
+        m_window.View()->ClearXRay();
+    }
     components->close();
 
     Action(m_window, "Segment Browser")->trigger();

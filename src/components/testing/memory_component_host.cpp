@@ -28,15 +28,18 @@ public:
     }
 
     void SetXRay(bool xRay) override { m_xRay = xRay; }
+    void SetHighlighted(bool highlighted) override { m_highlighted = highlighted; }
 
     bool Visible() const { return m_visible; }
     bool XRay() const { return m_xRay; }
+    bool Highlighted() const { return m_highlighted; }
 
 private:
     std::int64_t m_id;
     std::vector<VisibilityCall>* m_calls;
     bool m_visible = true;
     bool m_xRay = false;
+    bool m_highlighted = false;
 };
 
 MemoryComponentHost::MemoryComponentHost() = default;
@@ -80,6 +83,12 @@ std::optional<bool> MemoryComponentHost::IsXRay(std::int64_t geometryId) const {
     const auto found = m_geometries.find(geometryId);
     if (found == m_geometries.end()) return std::nullopt;
     return found->second->XRay();
+}
+
+std::optional<bool> MemoryComponentHost::IsHighlighted(std::int64_t geometryId) const {
+    const auto found = m_geometries.find(geometryId);
+    if (found == m_geometries.end()) return std::nullopt;
+    return found->second->Highlighted();
 }
 
 void MemoryComponentHost::ClearRecordedCalls() {

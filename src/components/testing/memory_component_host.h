@@ -46,6 +46,7 @@ public:
     // Nothing for a geometry the host does not know.
     std::optional<bool> IsVisible(std::int64_t geometryId) const;
     std::optional<bool> IsXRay(std::int64_t geometryId) const;
+    std::optional<bool> IsHighlighted(std::int64_t geometryId) const;
     void ClearRecordedCalls();
 
     ComponentHost::View* GetView() override { return this; }

@@ -25,6 +25,10 @@ public:
         if (m_host.m_xRay) m_host.m_xRay(m_key, xRay);
     }
 
+    void SetHighlighted(bool highlighted) override {
+        if (m_host.m_highlight) m_host.m_highlight(m_key, highlighted);
+    }
+
 private:
     HC_KEY m_key;
     const IfcComponentHost& m_host;

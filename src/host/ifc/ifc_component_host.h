@@ -33,6 +33,11 @@ public:
     void SetXRayHandler(std::function<void(HC_KEY shell, bool xRay)> handler) {
         m_xRay = std::move(handler);
     }
+    // Told when a shell becomes part of the node selected in the component viewer's tree, or
+    // stops being so: the view marks it.
+    void SetHighlightHandler(std::function<void(HC_KEY shell, bool highlighted)> handler) {
+        m_highlight = std::move(handler);
+    }
 
     // The components the host has selected, which the viewer marks red. Handles that name no
     // component of the building are left out.
@@ -61,6 +66,7 @@ private:
     IfcBuilding m_building;
     std::function<void()> m_redraw;
     std::function<void(HC_KEY, bool)> m_xRay;
+    std::function<void(HC_KEY, bool)> m_highlight;
     std::vector<std::uint64_t> m_selection;
     std::unordered_map<std::int64_t, std::shared_ptr<Shell>> m_shells;
 };

@@ -147,7 +147,8 @@ void GlRenderer::DrawRuns(const SceneCache& cache, int id, int kind, Test&& pass
 }
 
 void GlRenderer::Render(SceneCache& cache, const Camera& camera, HSelectionSet* selection,
-                        const Box& overlay, const std::unordered_set<HC_KEY>& xRay) {
+                        const Box& overlay, const std::unordered_set<HC_KEY>& xRay,
+                        const std::unordered_set<HC_KEY>& highlighted) {
     m_stats = {};
     for (int id : cache.TakeTouched())
         Upload(cache, id);
@@ -187,7 +188,8 @@ void GlRenderer::Render(SceneCache& cache, const Camera& camera, HSelectionSet* 
     // Translucent faces over what they let show through, unsorted: they keep the depth they
     // find and write none, so each shows whatever else lies behind it.
     glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    // The frame's own alpha stays opaque: the widget is composed with the window by it.
+    glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ZERO, GL_ONE);
     glDepthMask(GL_FALSE);
     drawAll(kTranslucent, kTranslucent);
     if (!xRay.empty()) {
@@ -204,20 +206,21 @@ void GlRenderer::Render(SceneCache& cache, const Camera& camera, HSelectionSet* 
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
 
+    if (!highlighted.empty()) DrawHighlight(cache, highlighted, {0.0f, 0.75f, 0.85f});
     if (selection && selection->GetSize() > 0) {
         std::unordered_set<HC_KEY> selected;
         for (int i = 0; i < selection->GetSize(); ++i)
             selected.insert(selection->GetSelectionItemAt(i));
-        DrawHighlight(cache, selected);
+        DrawHighlight(cache, selected, {1.0f, 0.55f, 0.0f});
     }
     if (!overlay.Empty()) DrawOverlay(overlay);
     glBindVertexArray(0);
     m_program->release();
 }
 
-void GlRenderer::DrawHighlight(const SceneCache& cache,
-                               const std::unordered_set<HC_KEY>& selected) {
-    m_program->setUniformValue(m_overrideLocation, 1.0f, 0.55f, 0.0f, 1.0f);
+void GlRenderer::DrawHighlight(const SceneCache& cache, const std::unordered_set<HC_KEY>& selected,
+                               const float (&colour)[3]) {
+    m_program->setUniformValue(m_overrideLocation, colour[0], colour[1], colour[2], 1.0f);
     const auto& instances = cache.Instances();
     // Whether an instance lies in a selected segment: asked once per instance, up its owners.
     std::vector<signed char> inSelected(instances.size(), -1);

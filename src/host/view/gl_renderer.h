@@ -36,9 +36,11 @@ public:
     // With the context current: frees every buffer (before the context goes away).
     void Release();
     // Uploads what changed in the cache and draws a frame. overlay may be empty. The items of
-    // xRay (geometry keys) are drawn as a see-through grey after everything else.
+    // xRay (geometry keys) are drawn as a see-through grey after everything else; highlighted
+    // items (and segments) again in cyan, the selection in orange.
     void Render(SceneCache& cache, const Camera& camera, HSelectionSet* selection,
-                const Box& overlay, const std::unordered_set<HC_KEY>& xRay = {});
+                const Box& overlay, const std::unordered_set<HC_KEY>& xRay = {},
+                const std::unordered_set<HC_KEY>& highlighted = {});
     const FrameStats& LastFrame() const { return m_stats; }
 
 private:
@@ -53,7 +55,8 @@ private:
     void Upload(const SceneCache& cache, int id);
     void Free(GpuBatch& batch);
     void Draw(const GpuBatch& batch, int kind, int first, int count);
-    void DrawHighlight(const SceneCache& cache, const std::unordered_set<HC_KEY>& selected);
+    void DrawHighlight(const SceneCache& cache, const std::unordered_set<HC_KEY>& selected,
+                       const float (&colour)[3]);
     // Draws the runs of one batch's primitives of a kind whose item passes the test.
     template <class Test>
     void DrawRuns(const SceneCache& cache, int id, int kind, Test&& passes);

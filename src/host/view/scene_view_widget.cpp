@@ -109,6 +109,15 @@ void SceneViewWidget::SetXRay(HC_KEY item, bool xRay) {
     if (xRay ? m_xRay.insert(item).second : m_xRay.erase(item) != 0) update();
 }
 
+void SceneViewWidget::SetHighlighted(HC_KEY key, bool highlighted) {
+    if (highlighted ? m_highlighted.insert(key).second : m_highlighted.erase(key) != 0) update();
+}
+
+void SceneViewWidget::ClearHighlighted() {
+    if (!m_highlighted.empty()) update();
+    m_highlighted.clear();
+}
+
 void SceneViewWidget::ClearXRay() {
     if (!m_xRay.empty()) update();
     m_xRay.clear();
@@ -129,7 +138,7 @@ void SceneViewWidget::paintGL() {
         m_camera.Fit(m_cache.Bounds());
         m_fitPending = m_cache.Bounds().Empty();
     }
-    m_renderer.Render(m_cache, m_camera, m_view->GetSelection(), m_overlay, m_xRay);
+    m_renderer.Render(m_cache, m_camera, m_view->GetSelection(), m_overlay, m_xRay, m_highlighted);
 }
 
 // A press on a manipulator handle grabs it: the drag that follows moves, turns or stretches

@@ -47,6 +47,10 @@ public:
     // scene. The component viewer's "X-ray" asks it through the building's host.
     void SetXRay(HC_KEY item, bool xRay);
     void ClearXRay();
+    // Marks items (geometry, or segments with everything below them) picked in a dialog's
+    // tree, drawn in a colour of their own apart from the selection.
+    void SetHighlighted(HC_KEY key, bool highlighted);
+    void ClearHighlighted();
 
     Camera& GetCamera() { return m_camera; }
     const SceneCache& GetSceneCache() const { return m_cache; }
@@ -80,6 +84,7 @@ private:
     GlRenderer m_renderer;
     Box m_overlay;
     std::unordered_set<HC_KEY> m_xRay;
+    std::unordered_set<HC_KEY> m_highlighted;
     bool m_fitPending = true;
     QPoint m_pressAt;
     QPoint m_lastAt;

@@ -22,4 +22,10 @@ void ViewerView::VisualizeBounding(bool show, HC_KEY key, int count, const HC_KE
     m_widget->ShowBounding(show, key, count, path);
 }
 
+void ViewerView::HighlightItem(HC_KEY key, int count, const HC_KEY* path) {
+    HBaseView::HighlightItem(key, count, path);
+    m_widget->ClearHighlighted();
+    if (key != -1) m_widget->SetHighlighted(key, true);
+}
+
 } // namespace obsidra::host::view

@@ -15,6 +15,7 @@ public:
     void Update() override;
     void FitItemByPath(HC_KEY key, int count, const HC_KEY* path) override;
     void VisualizeBounding(bool show, HC_KEY key, int count, const HC_KEY* path) override;
+    void HighlightItem(HC_KEY key, int count, const HC_KEY* path) override;
 
 private:
     SceneViewWidget* m_widget;

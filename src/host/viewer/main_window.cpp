@@ -172,11 +172,14 @@ bool MainWindow::ReplaceScene(PendingScene& pending, const QString& path, std::s
     const std::string name = mesh::SegmentNameOf(QFileInfo(path).fileName().toStdString());
     HC_Rename_Segment(pathname, name.c_str());
     m_view->ClearXRay(); // the old scene's items are gone
+    m_view->ClearHighlighted();
     if (std::optional<ifc::IfcBuilding> building = pending.TakeBuilding()) {
         m_building = std::make_unique<ifc::IfcComponentHost>(std::move(*building));
         m_building->SetRedraw([this] { m_view->View()->Update(); });
         m_building->SetXRayHandler(
             [this](HC_KEY shell, bool xRay) { m_view->SetXRay(shell, xRay); });
+        m_building->SetHighlightHandler(
+            [this](HC_KEY shell, bool on) { m_view->SetHighlighted(shell, on); });
     }
     setWindowTitle(QFileInfo(path).fileName() + " - obsidra-viewer");
     m_view->FitAll();
