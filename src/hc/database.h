@@ -168,6 +168,10 @@ public:
     int Count(Slot slot, const Filter& filter) const;
 
 private:
+    friend std::vector<std::string> CheckInvariants(Database& db);
+    // White-box tests reach the tables through it, to damage them on purpose.
+    friend class DatabaseProbe;
+
     struct UserKey {
         HC_KEY key;
         bool global;
