@@ -2,6 +2,8 @@
 #include <functional>
 #include <sstream>
 
+#include <obsidra/hc_check.h>
+
 #include "hc/database.h"
 #include "hc/invariants.h"
 #include "hc/metafile.h"
@@ -161,6 +163,9 @@ TEST_F(Invariants, EachKindOfDamageIsReported) {
         row.damage(probe, scene);
         const std::string faults = Joined(hc::CheckInvariants(db));
         EXPECT_NE(faults.find(row.fault), std::string::npos) << faults;
+        char report[64];
+        EXPECT_GT(HC_Check_Database(report, sizeof report), 0);
+        EXPECT_EQ(report, faults.substr(0, sizeof report - 1)) << "the exported check, cut short";
     }
 }
 
