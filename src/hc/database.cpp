@@ -259,6 +259,12 @@ void Database::DeleteObject(Slot slot) {
     Detach(slot);
     // Iterative, so that a deep tree cannot exhaust the stack.
     std::vector<Slot> pending{slot};
+    // A child's key is forgotten while its owner still lives: a local key is filed under the
+    // owner's segment, which is gone by the time the child's turn comes.
+    auto take = [this, &pending](Slot child) {
+        ForgetKey(child);
+        pending.push_back(child);
+    };
     while (!pending.empty()) {
         Slot s = pending.back();
         pending.pop_back();
@@ -268,20 +274,24 @@ void Database::DeleteObject(Slot slot) {
             auto& segment = *static_cast<Segment*>(object);
             for (const ChildList* list : {&segment.segments, &segment.links, &segment.geometry})
                 for (Slot c = list->first; c != kNoSlot; c = Next(c))
-                    pending.push_back(c);
-            if (segment.staticModel != kNoSlot) pending.push_back(segment.staticModel);
+                    take(c);
+            if (segment.staticModel != kNoSlot) take(segment.staticModel);
             if (s != slot && !segment.name.empty()) m_names.Erase(s, segment.owner, segment.name);
         } else if (object->kind == ObjectKind::Geometry) {
             for (Slot r : static_cast<Geometry*>(object)->References())
-                pending.push_back(r);
+                take(r);
         }
         // Includes, styles and references of a deleted object go with it.
         if (auto incoming = m_incoming.find(s); incoming != m_incoming.end()) {
             for (Slot link : incoming->second) {
                 if (Link* l = static_cast<Link*>(Get(link)); l && l->target == s) {
-                    // Links from outside the deleted subtree are deletions of their own.
-                    if (!IsGoing(link, slot)) Note(link, ChangeKind::Deleted);
-                    Detach(link);
+                    // Links from outside the deleted subtree are deletions of their own. Those
+                    // inside go with their owners, which may be gone already: detaching them
+                    // would look for their segment among the dead.
+                    if (!IsGoing(link, slot)) {
+                        Note(link, ChangeKind::Deleted);
+                        Detach(link);
+                    }
                     pending.push_back(link);
                 }
             }

@@ -193,18 +193,6 @@ std::vector<std::string> CheckInvariants(Database& db) {
               " and " + std::to_string(locals) + " renumbered objects");
     if (!faults.empty()) return faults; // the bounds walk trusts the lists
 
-    // A stale segment's users must be stale too: marking stops at the first stale segment.
-    for (Slot slot = 0; slot < slots; ++slot) {
-        const Segment* segment = db.GetSegment(slot);
-        if (!segment || !segment->boundsStale) continue;
-        std::vector<Slot> users;
-        db.PushUsers(slot, users);
-        for (Slot user : users)
-            if (const Segment* s = db.GetSegment(user); s && !s->boundsStale)
-                fault(name(user) + " has cached bounds although " + name(slot) +
-                      ", which it depends on, is stale");
-    }
-
     // Fresh bounds, post-order without recursion, in the order the cache adds them. Inside an
     // include cycle a segment's bounds depend on where the computation began, so segments that
     // reach a cycle are left out of the comparison.
@@ -223,6 +211,17 @@ std::vector<std::string> CheckInvariants(Database& db) {
                 visit(target);
         }
     };
+    // A segment with cached bounds depends on no stale segment: marking stops at the first
+    // stale segment, so cached bounds above a stale one would never be computed again.
+    for (Slot slot = 0; slot < slots; ++slot) {
+        const Segment* segment = db.GetSegment(slot);
+        if (!segment || segment->boundsStale) continue;
+        dependencies(*segment, [&](Slot d) {
+            if (db.GetSegment(d)->boundsStale)
+                fault(name(slot) + " has cached bounds although " + name(d) +
+                      ", which it depends on, is stale");
+        });
+    }
     auto itemBox = [&db](Slot item) {
         const auto& geometry = static_cast<const Geometry&>(*db.Get(item));
         Box box;

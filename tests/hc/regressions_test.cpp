@@ -1,0 +1,47 @@
+// Faults the command soak and the fuzzers found, each replayed through the C interface with
+// the database checking itself afterwards.
+#include <obsidra/hc_check.h>
+
+#include "hc_test.h"
+
+namespace {
+
+class Regressions : public HcTest {
+protected:
+    void TearDown() override {
+        char report[1024];
+        EXPECT_EQ(HC_Check_Database(report, sizeof report), 0) << report;
+        HcTest::TearDown();
+    }
+};
+
+// A reference attached to an item, aimed at a later item of the same segment, was detached
+// as its target went, after the segment had gone: finding its segment read the dead one.
+TEST_F(Regressions, DeletingASegmentWhoseItemReferencesALaterItem) {
+    HC_Open_Segment("/a/p");
+    const HC_KEY first = Triangle();
+    const HC_KEY second = Triangle();
+    HC_Open_Geometry(first);
+    HC_Reference_Geometry_By_Key(second);
+    HC_Close_Geometry();
+    HC_Close_Segment();
+    HC_Delete_Segment("/a");
+    EXPECT_EQ(Types("/", "everything"), std::vector<std::string>{});
+    EXPECT_TRUE(TakeErrors().empty());
+}
+
+// A key renumbered locally is filed under its segment; deleting the segment's owner looked for
+// it there after the segment had gone.
+TEST_F(Regressions, DeletingTheOwnerOfLocallyRenumberedObjects) {
+    HC_Open_Segment("/a/b");
+    HC_Renumber_Key(Triangle(), 7, "local");
+    HC_Close_Segment();
+    HC_Renumber_Key(HC_Create_Segment("/a/b/c"), 8, "local");
+    HC_Delete_Segment("/a");
+    HC_Open_Segment("/x");
+    EXPECT_EQ(HC_Renumber_Key(Triangle(), 7, "local"), 7) << "the key is free again";
+    HC_Close_Segment();
+    EXPECT_TRUE(TakeErrors().empty());
+}
+
+} // namespace
