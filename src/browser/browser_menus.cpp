@@ -11,52 +11,6 @@ namespace obsidra::browser {
 
 namespace {
 
-constexpr MenuEntry kAddAttribute[] = {
-    {5262, "Camera", "CAMERA"},
-    {5257, "Color", "COLOR"},
-    {5300, "Condition", "CONDITION"},
-    {5266, "Driver Options", "DRIVER OPTIONS"},
-    {5294, "Edge Weight", "EDGE WEIGHT"},
-    {5308, "Face Pattern", "FACE PATTERN"},
-    {5279, "Handedness", "HANDEDNESS"},
-    {5282, "Heuristic", "HEURISTICS"},
-    {5305, "Line Pattern", "LINE PATTERN"},
-    {5295, "Line Weight", "LINE WEIGHT"},
-    {5297, "Marker Size", "MARKER SIZE"},
-    {5309, "Marker Symbol", "MARKER SYMBOL"},
-    {5263, "Modelling Matrix", "MODELLING MATRIX"},
-    {5260, "Rendering Options", "RENDERING OPTIONS"},
-    {5259, "Selectability", "SELECTABILITY"},
-    {5267, "System Options", "SYSTEM OPTIONS"},
-    {5301, "Text Alignment", "TEXT ALIGNMENT"},
-    {5310, "Text Font", "TEXT FONT"},
-    {5264, "User Options", "USER OPTIONS"},
-    {5293, "Variable Edge Weight", "VARIABLE EDGE WEIGHT"},
-    {5296, "Variable Line Weight", "VARIABLE LINE WEIGHT"},
-    {5298, "Variable Marker Size", "VARIABLE MARKER SIZE"},
-    {5258, "Visibility", "VISIBILITY"},
-    {5303, "Window", "WINDOW"},
-    {5302, "Window Pattern", "WINDOW PATTERN"},
-    {5312, "Unicode Option", "UNICODE OPTIONS"},
-};
-
-constexpr MenuEntry kShowNetAttribute[] = {
-    {5273, "Camera", "CAMERA"},
-    {5291, "Clip Region", "CLIP REGION"},
-    {5269, "Color", "COLOR"},
-    {5277, "Driver Options", "DRIVER OPTIONS"},
-    {5280, "Handedness", "HANDEDNESS"},
-    {5283, "Heuristic", "HEURISTICS"},
-    {5274, "Modelling Matrix", "MODELLING MATRIX"},
-    {5272, "Rendering Options", "RENDERING OPTIONS"},
-    {5271, "Selectability", "SELECTABILITY"},
-    {5290, "Subwindow", "WINDOW"},
-    {5278, "System Options", "SYSTEM OPTIONS"},
-    {5276, "Text Font", "TEXT FONT"},
-    {5275, "User Options", "USER OPTIONS"},
-    {5270, "Visibility", "VISIBILITY"},
-};
-
 // The full menu after its two submenus; 0 is a separator.
 constexpr MenuEntry kSegmentCommands[] = {
     {5292, "Show Bounding", nullptr},
@@ -105,20 +59,14 @@ bool LabelIs(const TreeGraphItem* node, const char* label) {
 
 } // namespace
 
-std::span<const MenuEntry> AddAttributeEntries() {
-    return kAddAttribute;
-}
-
-std::span<const MenuEntry> ShowNetAttributeEntries() {
-    return kShowNetAttribute;
-}
-
 std::unique_ptr<QMenu> MakeBrowserMenu(int menuId, QWidget* parent) {
     auto menu = std::make_unique<QMenu>(QStringLiteral("SegmentBrowser"), parent);
     switch (menuId) {
     case kSegmentMenu:
-        AddEntries(*menu->addMenu(QStringLiteral("Add Attribute")), kAddAttribute);
-        AddEntries(*menu->addMenu(QStringLiteral("Show Net Attribute")), kShowNetAttribute);
+        AddEntries(*menu->addMenu(QStringLiteral("Add Attribute")),
+                   obsidra::scenetree::AddAttributeCommands());
+        AddEntries(*menu->addMenu(QStringLiteral("Show Net Attribute")),
+                   obsidra::scenetree::ShowNetAttributeCommands());
         AddEntries(*menu, kSegmentCommands);
         return menu;
     case kAttributeLineMenu:

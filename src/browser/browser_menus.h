@@ -3,6 +3,8 @@
 #include <memory>
 #include <span>
 
+#include "scenetree/segment_commands.h"
+
 class HoopsSegmentTree;
 class QMenu;
 class QWidget;
@@ -15,16 +17,8 @@ inline constexpr int kSegmentMenu = 1564;
 inline constexpr int kAttributeLineMenu = 1237;
 inline constexpr int kGeometryItemMenu = 1568;
 
-// One menu item: its command id, its text, and for the attribute submenus the scene's name of
-// the attribute the command is about.
-struct MenuEntry {
-    int commandId;
-    const char* text;
-    const char* attribute;
-};
-
-std::span<const MenuEntry> AddAttributeEntries();
-std::span<const MenuEntry> ShowNetAttributeEntries();
+// One menu item: its command id and its text (an attribute item also names its attribute).
+using MenuEntry = obsidra::scenetree::AttributeCommand;
 
 // The popup of a context menu, every action carrying its id in the property "commandId";
 // null for an unknown id.

@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QFontMetrics>
+#include <QWidget>
 
 namespace obsidra::browser {
 
@@ -17,6 +18,25 @@ QRect DialogUnitsToPixels(const QRect& units, const QSize& baseUnits) {
     const auto x = [&](int v) { return v * baseUnits.width() / 4; };
     const auto y = [&](int v) { return v * baseUnits.height() / 8; };
     return {x(units.x()), y(units.y()), x(units.width()), y(units.height())};
+}
+
+// The fixed pixel margins of the browser's resize rules were made for this size.
+QSize UseTemplateFont(QWidget& dialog) {
+    QFont font = dialog.font();
+    font.setPixelSize(11);
+    dialog.setFont(font);
+    return DialogBaseUnits(font);
+}
+
+void PlaceControl(QWidget& control, int controlId, const QRect& units, const QSize& baseUnits) {
+    if (controlId) control.setProperty("controlId", controlId);
+    control.setGeometry(DialogUnitsToPixels(units, baseUnits));
+}
+
+QWidget* FindControl(const QWidget& dialog, int controlId) {
+    for (QWidget* widget : dialog.findChildren<QWidget*>())
+        if (widget->property("controlId").toInt() == controlId) return widget;
+    return nullptr;
 }
 
 } // namespace obsidra::browser

@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "browser/browser_command_host.h"
 #include "browser/browser_menus.h"
 #include "browser/dialog_units.h"
 #include "browser/my_list_box.h"
@@ -40,8 +41,6 @@ enum ControlId : int {
     kTree = 1567,
     kOk = 1057,
 };
-
-constexpr int kZoomToSegment = 5281;
 
 enum class Kind { List, Button, Edit, DropDown, CheckBox, Label, Line, Result, Existing };
 
@@ -104,7 +103,14 @@ CSegmentBrowserDlg::CSegmentBrowserDlg(QWidget* parent, HBaseView* view)
     Tree()->SetStateImageList(obsidra::browser::MakeStateImages());
     Tree()->SetMenuProvider(
         [this](const CSegTreeCtrl::ContextRequest& request) { return ContextMenuFor(request); });
-    Tree()->SetCommandHandler([this](int commandId) { OnCommand(commandId); });
+    Tree()->SetCommandHandler(
+        [this](int commandId) { OnCommand(commandId, Tree()->GetCurrentNode()); });
+    connect(Tree(), &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* item) {
+        if (!m_model) return;
+        obsidra::browser::BrowserCommandHost host(*this);
+        obsidra::scenetree::SegmentCommands(*m_model, host)
+            .DoubleClick(WindowsTreeGraphItem::FromHandle(item));
+    });
 
     m_model = std::make_unique<HoopsSegmentTree>(m_view, this, -1, &m_notifier);
     m_rootKey = m_model->GetStartKey();
@@ -120,12 +126,7 @@ CSegmentBrowserDlg::CSegmentBrowserDlg(QWidget* parent, HBaseView* view)
 CSegmentBrowserDlg::~CSegmentBrowserDlg() = default;
 
 void CSegmentBrowserDlg::CreateControls() {
-    // The template's font: a small sans serif, so that the fixed pixel margins of the resize
-    // rules fit the laid-out template.
-    QFont dialogFont = font();
-    dialogFont.setPixelSize(11);
-    setFont(dialogFont);
-    const QSize base = obsidra::browser::DialogBaseUnits(dialogFont);
+    const QSize base = obsidra::browser::UseTemplateFont(*this);
 
     for (const ControlTemplate& control : kTemplate) {
         const QString text = QString::fromUtf8(control.text);
@@ -176,8 +177,7 @@ void CSegmentBrowserDlg::CreateControls() {
             widget->setAccessibleName(text);
             break;
         }
-        if (control.id) widget->setProperty("controlId", control.id);
-        widget->setGeometry(obsidra::browser::DialogUnitsToPixels(control.units, base));
+        obsidra::browser::PlaceControl(*widget, control.id, control.units, base);
     }
 
     auto* ok = static_cast<QPushButton*>(Control(kOk));
@@ -201,9 +201,7 @@ void CSegmentBrowserDlg::CreateControls() {
 }
 
 QWidget* CSegmentBrowserDlg::Control(int controlId) const {
-    for (QWidget* widget : findChildren<QWidget*>())
-        if (widget->property("controlId").toInt() == controlId) return widget;
-    return nullptr;
+    return obsidra::browser::FindControl(*this, controlId);
 }
 
 int CSegmentBrowserDlg::StateImageFor(const TreeGraphItem& item) const {
@@ -266,9 +264,13 @@ void CSegmentBrowserDlg::Search() {
         tree.Search(static_cast<SearchKind>(m_searchTypeCode), text.toStdString(), root);
     else
         return;
-    // The first hit comes into sight and becomes the current row, so that its lines show.
-    if (tree.GetRevealedNodes().empty()) return;
-    auto* first = static_cast<WindowsTreeGraphItem*>(tree.GetRevealedNodes().front());
+    SelectFirstHit();
+}
+
+// The first hit comes into sight and becomes the current row, so that its lines show.
+void CSegmentBrowserDlg::SelectFirstHit() {
+    if (!m_model || m_model->GetRevealedNodes().empty()) return;
+    auto* first = static_cast<WindowsTreeGraphItem*>(m_model->GetRevealedNodes().front());
     if (QTreeWidgetItem* handle = first->GetHandle()) {
         Tree()->setCurrentItem(handle);
         Tree()->scrollToItem(handle);
@@ -305,23 +307,28 @@ std::unique_ptr<QMenu>
 CSegmentBrowserDlg::ContextMenuFor(const CSegTreeCtrl::ContextRequest& request) {
     if (!m_model || !request.node) return nullptr;
     if ((request.modifiers & Qt::ControlModifier) && IsObjectKey(request.node->GetKey())) {
-        FitToNode(request.node);
+        OnCommand(obsidra::scenetree::kCmdZoomToSegment, request.node);
         return nullptr;
     }
     const int menu = obsidra::browser::ChooseContextMenu(*m_model, request.node);
     return menu ? obsidra::browser::MakeBrowserMenu(menu, this) : nullptr;
 }
 
-void CSegmentBrowserDlg::FitToNode(TreeGraphItem* node) {
-    if (!m_view || !m_model || !node || !IsObjectKey(node->GetKey())) return;
-    const std::vector<HC_KEY> path = m_model->GetIncludePath(node);
-    m_view->FitItemByPath(node->GetKey(), static_cast<int>(path.size()), path.data());
-    m_view->Update();
+// A command may rebuild the tree ("Optimize"): nothing of the old model is touched after it.
+void CSegmentBrowserDlg::OnCommand(int commandId, TreeGraphItem* node) {
+    if (!m_model) return;
+    obsidra::browser::BrowserCommandHost host(*this);
+    obsidra::scenetree::SegmentCommands(*m_model, host).Run(commandId, node);
+    if (commandId == obsidra::scenetree::kCmdGotoStyleInclude) SelectFirstHit();
 }
 
-// The menus' commands arrive here by id; those not built yet do nothing.
-void CSegmentBrowserDlg::OnCommand(int commandId) {
-    if (commandId == kZoomToSegment) FitToNode(Tree()->GetCurrentNode());
+int CSegmentBrowserDlg::RunDialog(QDialog& dialog) {
+    return m_dialogRunner ? m_dialogRunner(dialog) : dialog.exec();
+}
+
+QString CSegmentBrowserDlg::ChooseFile(const obsidra::scenetree::FileRequest& request, bool save) {
+    return m_fileChooser ? m_fileChooser(request, save)
+                         : obsidra::browser::ChooseFile(Tree(), request, save);
 }
 
 void CSegmentBrowserDlg::ShowMessage(const QString& text) {

@@ -8,6 +8,7 @@
 #include <obsidra/hc.h>
 
 #include "scenetree/notifier.h"
+#include "scenetree/segment_commands.h"
 #include "treegraph/qt/seg_tree_ctrl.h"
 #include "treegraph/qt/windows_tree_graph.h"
 
@@ -25,6 +26,11 @@ class CSegmentBrowserDlg : public QDialog, public WindowsTreeGraph {
 public:
     // Shows one text to the user and returns when the user has read it.
     using MessageBox = std::function<void(const QString& text)>;
+    // Runs a modal dialog of a command and returns its result.
+    using DialogRunner = std::function<int(QDialog& dialog)>;
+    // Asks for a file to read (save false) or to write; empty when cancelled.
+    using FileChooser =
+        std::function<QString(const obsidra::scenetree::FileRequest& request, bool save)>;
 
     CSegmentBrowserDlg(QWidget* parent, HBaseView* view);
     ~CSegmentBrowserDlg() override;
@@ -38,8 +44,14 @@ public:
     bool IsReady() const { return m_ready; }
     int GetSearchTypeCode() const { return m_searchTypeCode; }
     const QString& GetLocateResult() const { return m_locateResult; }
-    // Tests replace the message box so that nothing waits for a click.
+    // Tests replace the message box, the modal run of the commands' dialogs and the file
+    // dialogs, so that nothing waits for a click.
     void SetMessageBox(MessageBox messageBox) { m_messageBox = std::move(messageBox); }
+    void SetDialogRunner(DialogRunner runner) { m_dialogRunner = std::move(runner); }
+    void SetFileChooser(FileChooser chooser) { m_fileChooser = std::move(chooser); }
+    void ShowMessage(const QString& text);
+    int RunDialog(QDialog& dialog);
+    QString ChooseFile(const obsidra::scenetree::FileRequest& request, bool save);
 
     int StateImageFor(const TreeGraphItem& item) const override;
 
@@ -68,15 +80,16 @@ private:
     void CreateControls();
     void OnSearchTypeChanged();
     std::unique_ptr<QMenu> ContextMenuFor(const CSegTreeCtrl::ContextRequest& request);
-    void FitToNode(TreeGraphItem* node);
-    void OnCommand(int commandId);
-    void ShowMessage(const QString& text);
+    void OnCommand(int commandId, TreeGraphItem* node);
+    void SelectFirstHit();
 
     HBaseView* m_view;
     HC_KEY m_rootKey = -1;
     Notifier m_notifier{this};
     std::unique_ptr<HoopsSegmentTree> m_model;
     MessageBox m_messageBox;
+    DialogRunner m_dialogRunner;
+    FileChooser m_fileChooser;
     QString m_locateResult;
     int m_searchTypeCode = 1;
     bool m_ready = false;

@@ -149,6 +149,9 @@ public:
     // Deletes the node's object and the node; grouping nodes are not deleted. Deleting from a
     // page makes its segment's children be made again, since every later page shifts.
     bool DeleteNode(TreeGraphItem* node);
+    // Takes the node out of the tree and leaves its object alone (a cut moves the object away);
+    // from a page, its segment's children are made again, as for a delete.
+    void RemoveNode(TreeGraphItem* node);
     // Flushes the contents of the given types from the node's segment and everything below it.
     void Flush(TreeGraphItem* node, const char* contentTypes);
     TreeGraphItem* AddChildNode(TreeGraphItem* parent, HC_KEY key);

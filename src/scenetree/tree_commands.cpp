@@ -101,12 +101,17 @@ bool HoopsSegmentTree::DeleteNode(TreeGraphItem* node) {
     HC_KEY key = node->GetKey();
     if (!IsObjectKey(key) || IsKeyedGroup(KindOf(node))) return false;
     if (IsAlive(key)) HC_Delete_By_Key(key);
-    TreeGraphItem* parent = node->GetParent();
+    RemoveNode(node);
+    return true;
+}
+
+void HoopsSegmentTree::RemoveNode(TreeGraphItem* node) {
+    TreeGraphItem* parent = node ? node->GetParent() : nullptr;
+    if (!parent) return;
     if (node == m_topNode) m_topNode = nullptr;
     parent->DeleteChild(node);
     if (KindOf(parent) == NodeKind::SegmentPage && parent->GetParent())
         ExpandNode(parent->GetParent());
-    return true;
 }
 
 void HoopsSegmentTree::Flush(TreeGraphItem* node, const char* contentTypes) {

@@ -10,11 +10,13 @@
 #include <QPushButton>
 #include <QTest>
 #include <cstdio>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "browser/dialog_units.h"
 #include "browser/segment_browser_dlg.h"
 #include "hc/hc_test.h"
 #include "mvo/base_model.h"
@@ -67,6 +69,13 @@ protected:
                 if (action->property("commandId").toInt() == m_choose) return action;
             return nullptr;
         });
+        m_dialog->SetDialogRunner([this](QDialog& dialog) {
+            m_dialogs.push_back(dialog.windowTitle().toStdString());
+            dialog.show();
+            return m_answer ? m_answer(dialog) : int(QDialog::Rejected);
+        });
+        m_dialog->SetFileChooser(
+            [this](const obsidra::scenetree::FileRequest&, bool) { return m_file; });
         m_dialog->show();
     }
     void TearDown() override {
@@ -123,6 +132,10 @@ protected:
     HC_KEY m_shell = 0;
     HC_KEY m_style = 0;
     std::vector<QString> m_boxes;
+    // The commands' modal dialogs: their captions, and what the user does in them.
+    std::vector<std::string> m_dialogs;
+    std::function<int(QDialog&)> m_answer;
+    QString m_file;
     ShownMenu m_menu;
     int m_menusShown = 0;
     int m_choose = 0;
@@ -327,6 +340,92 @@ TEST_F(SegmentBrowserTest, ClosingHidesAndStopsShowBoundings) {
     Control<QCheckBox>(1555)->setChecked(true);
     m_dialog->ShowBoundings();
     EXPECT_FALSE(m_dialog->GetTreeModel()->GetShowBounding());
+}
+
+// Presses a button of a command's dialog by id and returns the dialog's result.
+int Press(QDialog& dialog, int id) {
+    QTest::mouseClick(qobject_cast<QPushButton*>(obsidra::browser::FindControl(dialog, id)),
+                      Qt::LeftButton);
+    return dialog.result();
+}
+
+TEST_F(SegmentBrowserTest, EditShowsAShellsCoordinatesAndTakesThemBack) {
+    QTreeWidgetItem* kind = Open(Open(Open(Top(), "part"), "GEOMETRY"), "SHELL");
+    Tree().expandItem(kind);
+    m_answer = [](QDialog& dialog) {
+        auto* text = qobject_cast<QPlainTextEdit*>(obsidra::browser::FindControl(dialog, 1312));
+        QString edited = text->toPlainText();
+        EXPECT_TRUE(edited.contains("\n3, 0,1,2\n")) << edited.toStdString();
+        text->setPlainText(edited.replace("1.000000, 0.000000, 0.000000", "4, 0, 0"));
+        return Press(dialog, 1);
+    };
+    m_choose = 5289;
+    RightClick(kind->child(0));
+    EXPECT_EQ(m_dialogs, std::vector<std::string>{"Edit Window"});
+    HC_POINT points[3];
+    int count = 0, length = 0, faces[4];
+    HC_Show_Shell(m_shell, &count, points, &length, faces);
+    EXPECT_EQ(points[1].x, 4.0f);
+
+    // A double-click edits an attribute line at once, under its segment's caption.
+    QTreeWidgetItem* part = Open(Top(), "part");
+    m_dialog->GetTreeModel()->AddAttribute(WindowsTreeGraphItem::FromHandle(part), -1, "COLOR");
+    m_answer = [](QDialog& dialog) { return Press(dialog, 2); };
+    QTreeWidgetItem* line = part->child(part->childCount() - 1);
+    Tree().scrollToItem(line);
+    // A view takes a double-click only after a press on the same row.
+    const QPoint at = Tree().visualItemRect(line).center();
+    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseDClick(Tree().viewport(), Qt::LeftButton, {}, at);
+    EXPECT_EQ(m_dialogs.back(), "part");
+}
+
+TEST_F(SegmentBrowserTest, OptimizeRunsTheDialogsChoicesAndRebuildsTheTree) {
+    Tree().expandItem(Top());
+    HC_POINT min{}, max{};
+    HC_Open_Segment_By_Key(m_part);
+    HC_Compute_Circumcuboid(".", &min, &max);
+    HC_Close_Segment();
+    m_answer = [](QDialog& dialog) { return Press(dialog, 2); };
+    m_choose = 5306;
+    RightClick(Open(Top(), "part"));
+    EXPECT_TRUE(Top()->isExpanded()) << "cancelled: the tree stays";
+
+    m_answer = [](QDialog& dialog) { return Press(dialog, 1); };
+    RightClick(Open(Top(), "part"));
+    EXPECT_EQ(m_dialogs, (std::vector<std::string>{"Optimize Segment", "Optimize Segment"}));
+    EXPECT_FALSE(Top()->isExpanded()) << "rebuilt as Refresh does";
+    HC_POINT after[2]{};
+    HC_Open_Segment_By_Key(m_part);
+    HC_Compute_Circumcuboid(".", &after[0], &after[1]);
+    HC_Close_Segment();
+    EXPECT_EQ(std::vector<float>({after[0].x, after[0].y, after[1].x, after[1].y}),
+              std::vector<float>({min.x, min.y, max.x, max.y}));
+}
+
+TEST_F(SegmentBrowserTest, CommandsShowTheirChangesInTheTree) {
+    QTreeWidgetItem* part = Open(Top(), "part");
+    const int children = part->childCount();
+    m_choose = 5285;
+    RightClick(part);
+    ASSERT_EQ(part->childCount(), children + 1) << "Create Child Segment";
+    EXPECT_TRUE(part->child(children)->text(0).startsWith('@'));
+
+    QTreeWidgetItem* styles = Open(Open(Top(), "styled"), "STYLES");
+    Tree().expandItem(styles);
+    m_choose = 5315;
+    RightClick(styles->child(0));
+    EXPECT_EQ(Tree().currentItem(), part) << "GotoStyleInclude";
+
+    m_file = "scene";
+    m_choose = 5311;
+    RightClick(part);
+    EXPECT_EQ(m_boxes, std::vector<QString>{
+                           "Error: No file extension. Could not determine input file format.\n"});
+
+    m_choose = 5268;
+    RightClick(part);
+    EXPECT_EQ(Texts(Top()), (std::vector<std::string>{"big", "styled"})) << "Delete Segment";
 }
 
 } // namespace
