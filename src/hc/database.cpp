@@ -129,9 +129,12 @@ bool Database::ForgetKey(Slot slot) {
 Slot Database::OwnerSegment(Slot slot) const {
     const Object* object = Get(slot);
     if (!object) return kNoSlot;
+    // Mid-deletion an object may outlive its owner for a moment: it then has no segment.
     Slot owner = object->owner;
-    while (owner != kNoSlot && Get(owner)->kind != ObjectKind::Segment)
-        owner = Get(owner)->owner;
+    for (const Object* o = Get(owner); owner != kNoSlot; owner = o->owner, o = Get(owner)) {
+        if (!o) return kNoSlot;
+        if (o->kind == ObjectKind::Segment) break;
+    }
     return owner;
 }
 

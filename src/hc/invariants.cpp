@@ -232,7 +232,8 @@ std::vector<std::string> CheckInvariants(Database& db) {
         if (!db.GetSegment(top) || state[top] == kDone) continue;
         std::vector<std::pair<Slot, bool>> pending{{top, false}};
         while (!pending.empty()) {
-            auto [s, expanded] = pending.back();
+            const Slot s = pending.back().first;
+            const bool expanded = pending.back().second;
             const Segment& segment = *db.GetSegment(s);
             if (!expanded) {
                 if (state[s] != kNew) {

@@ -14,7 +14,9 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -22,6 +24,7 @@
 #include <obsidra/hc_check.h>
 
 #include "scenetree/optimize_options.h"
+#include "scenetree/segment_commands.h"
 #include "soak/soak_scene.h"
 
 namespace {
@@ -59,6 +62,70 @@ std::string SegmentPath(HC_KEY key) {
     return path;
 }
 
+// What a person would answer the commands' dialogs: now the text as shown, now another text,
+// now Cancel; files in the soak's folder, with or without an extension; random optimise
+// choices. A "Refresh" rebuilds the tree at once.
+class ScriptedHost : public obsidra::scenetree::SegmentCommandHost {
+public:
+    ScriptedHost(std::mt19937& random, const std::string& folder, std::function<void()> rebuild)
+        : m_random(random), m_folder(folder), m_rebuild(std::move(rebuild)) {}
+
+    // Segment names for "Add Include": a library segment or the name of nothing, never a
+    // segment of the scene, whose include might close a cycle (Library()).
+    bool namingIncludes = false;
+
+    std::optional<std::string> EditText(const std::string& text, const std::string&) override {
+        if (OneIn(6)) return std::nullopt;
+        if (namingIncludes)
+            return OneIn(4) ? std::string("no such segment") : std::string("/soak library/door");
+        if (OneIn(3)) return text;
+        return obsidra::soak::RandomText(m_random);
+    }
+    std::optional<std::string> OpenFileName(const obsidra::scenetree::FileRequest&) override {
+        return File();
+    }
+    std::optional<std::string> SaveFileName(const obsidra::scenetree::FileRequest&) override {
+        return File();
+    }
+    std::optional<obsidra::scenetree::OptimizeOptions> OptimizeChoices() override {
+        if (OneIn(6)) return std::nullopt;
+        return RandomOptimizeOptions(m_random);
+    }
+    void ShowMessage(const std::string&) override {}
+    void RebuildTree() override { m_rebuild(); }
+
+    static obsidra::scenetree::OptimizeOptions RandomOptimizeOptions(std::mt19937& random) {
+        auto next = [&random](int high) {
+            return std::uniform_int_distribution<int>(0, high)(random);
+        };
+        obsidra::scenetree::OptimizeOptions options;
+        for (int* choice :
+             {&options.collapseMatrices, &options.localizeMatrices, &options.removeDuplicate,
+              &options.extractAttributes, &options.generateMapping, &options.userDataMerge,
+              &options.userDataLocalize, &options.namesDiscard, &options.namesRecord,
+              &options.namesSequence})
+            *choice = next(1);
+        options.includes = next(2);
+        options.shells = next(2);
+        options.userData = next(2);
+        options.reorganize = next(3);
+        return options;
+    }
+
+private:
+    bool OneIn(int n) { return std::uniform_int_distribution<int>(0, n - 1)(m_random) == 0; }
+    std::optional<std::string> File() {
+        if (OneIn(6)) return std::nullopt;
+        static const char* const kNames[] = {"/part.hmf",    "/part.hmf", "/part",
+                                             "/missing.hmf", "/",         "/part.unknown"};
+        return m_folder + kNames[std::uniform_int_distribution<int>(0, 5)(m_random)];
+    }
+
+    std::mt19937& m_random;
+    std::string m_folder;
+    std::function<void()> m_rebuild;
+};
+
 class Soak {
 public:
     Soak(unsigned seed, const std::string& folder)
@@ -92,6 +159,7 @@ public:
             {"include or style", 3, &Soak::IncludeOrStyle},
             {"renumber", 2, &Soak::Renumber},
             {"refresh", 1, &Soak::Refresh},
+            {"menu command", 25, &Soak::MenuCommand},
         };
         static const int total = [] {
             int sum = 0;
@@ -292,17 +360,7 @@ private:
     void Optimize() {
         TreeGraphItem* node = SegmentNode();
         if (!node || !IsSegment(node->GetKey())) return;
-        obsidra::scenetree::OptimizeOptions options;
-        for (int* choice :
-             {&options.collapseMatrices, &options.localizeMatrices, &options.removeDuplicate,
-              &options.extractAttributes, &options.generateMapping, &options.userDataMerge,
-              &options.userDataLocalize, &options.namesDiscard, &options.namesRecord,
-              &options.namesSequence})
-            *choice = Next(0, 1);
-        options.includes = Next(0, 2);
-        options.shells = Next(0, 2);
-        options.userData = Next(0, 2);
-        options.reorganize = Next(0, 3);
+        const auto options = ScriptedHost::RandomOptimizeOptions(m_random);
         std::string text = obsidra::scenetree::ComposeOptimizeOptions(options);
         if (OneIn(8)) text = obsidra::soak::RandomText(m_random);
         HC_Optimize_Segment_Tree(SegmentPath(node->GetKey()).c_str(), text.c_str());
@@ -350,6 +408,42 @@ private:
         HC_Renumber_Key(key, OneIn(4) ? HC_Show_Original_Key(key) : Next(1, 60),
                         OneIn(2) ? "global" : "local");
         m_session->Rebuild();
+    }
+    // A command of the browser's context menus, as the dialog runs it. Commands that put
+    // something into a segment get a segment of the scene (see ScriptedHost).
+    void MenuCommand() {
+        using namespace obsidra::scenetree;
+        static const int kCommands[] = {
+            kCmdUndefineAttribute,
+            kCmdDeleteSegment,
+            kCmdZoomToSegment,
+            kCmdFlushSegmentContents,
+            kCmdCreateChildSegment,
+            kCmdActivateManipulator,
+            kCmdCutSegment,
+            kCmdPasteSegment,
+            kCmdEdit,
+            kCmdShowBounding,
+            kCmdSaveToHmf,
+            kCmdOptimize,
+            kCmdLoadIntoSegment,
+            kCmdAddStyle,
+            kCmdAddInclude,
+            kCmdGotoStyleInclude,
+            0,
+            1,
+        };
+        int command = kCommands[Next(0, int(std::size(kCommands)) - 1)];
+        if (command == 0) {
+            const auto attributes = OneIn(2) ? AddAttributeCommands() : ShowNetAttributeCommands();
+            command = attributes[Next(0, int(attributes.size()) - 1)].commandId;
+        }
+        const bool intoScene = command == kCmdPasteSegment || command == kCmdLoadIntoSegment ||
+                               command == kCmdAddInclude || command == kCmdCreateChildSegment;
+        TreeGraphItem* node = intoScene ? SceneSegmentNode() : AnyNode();
+        ScriptedHost host(m_random, m_folder, [this] { m_session->Rebuild(); });
+        host.namingIncludes = command == kCmdAddInclude;
+        SegmentCommands(Tree(), host).Run(command, node);
     }
     void Refresh() {
         m_session->Rebuild();
