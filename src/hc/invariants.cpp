@@ -11,12 +11,6 @@ namespace hc {
 
 namespace {
 
-const float* LocalMatrix(const Object& object) {
-    const Attribute* matrix =
-        object.attributes ? object.attributes->Find(ContentKind::ModellingMatrix) : nullptr;
-    return matrix && matrix->numbers.size() == 16 ? matrix->numbers.data() : nullptr;
-}
-
 // NaN coordinates are legal input; a box holding one is the same box if it holds it in the
 // same place.
 bool SameCoordinate(float a, float b) {
