@@ -44,4 +44,23 @@ TEST_F(Regressions, DeletingTheOwnerOfLocallyRenumberedObjects) {
     EXPECT_TRUE(TakeErrors().empty());
 }
 
+// An item deleted with its segment takes a reference from outside with it; marking bounds stale
+// from there went through an include back into the subtree, to a segment whose owner was gone.
+TEST_F(Regressions, DeletingAnItemWhoseReferenceLeadsBackIntoTheDeletedSubtree) {
+    HC_Open_Segment("/a/x");
+    const HC_KEY item = Triangle();
+    HC_Open_Segment("z");
+    HC_Include_Segment("/p");
+    HC_Close_Segment();
+    HC_Close_Segment();
+    HC_Open_Segment("/p");
+    HC_Reference_Geometry_By_Key(item);
+    HC_Close_Segment();
+    HC_POINT min, max;
+    HC_Compute_Circumcuboid("/", &min, &max);
+    HC_Delete_Segment("/a/x");
+    EXPECT_EQ(Types("/p", "everything"), std::vector<std::string>{});
+    EXPECT_TRUE(TakeErrors().empty());
+}
+
 } // namespace
