@@ -173,6 +173,9 @@ private:
             auto kind = ContentKind(k);
             if (kind == ContentKind::TextureDefinition && !m_options.saveTextures) continue;
             for (const Definition& d : segment.DefinitionsOf(kind)) {
+                // A named style whose source segment was deleted names nothing any more.
+                if (kind == ContentKind::NamedStyleDefinition && !m_db.GetSegment(d.segment))
+                    continue;
                 Open(depth, kind);
                 m_out += " " + Quoted(d.name) + " ";
                 m_out +=

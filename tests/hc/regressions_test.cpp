@@ -1,5 +1,7 @@
 // Faults the command soak and the fuzzers found, each replayed through the C interface with
 // the database checking itself afterwards.
+#include <cstdio>
+
 #include <obsidra/hc_check.h>
 
 #include "hc_test.h"
@@ -61,6 +63,26 @@ TEST_F(Regressions, DeletingAnItemWhoseReferenceLeadsBackIntoTheDeletedSubtree) 
     HC_Delete_Segment("/a/x");
     EXPECT_EQ(Types("/p", "everything"), std::vector<std::string>{});
     EXPECT_TRUE(TakeErrors().empty());
+}
+
+// A named style outlives its source segment, and names nothing then; writing it read the dead
+// segment's path.
+TEST_F(Regressions, SavingANamedStyleWhoseSourceWasDeleted) {
+    HC_Open_Segment("/scene");
+    HC_Define_Named_Style("look", "/styles/look");
+    HC_Define_Named_Style("kept", "/styles/kept");
+    HC_Close_Segment();
+    HC_Delete_Segment("/styles/look");
+    const std::string file = testing::TempDir() + "regressions_named_style.hmf";
+    HC_Write_Metafile("/scene", file.c_str(), "");
+    HC_Read_Metafile(file.c_str(), "/copy", "");
+    char source[HC_TEXT_MAX] = "";
+    HC_Open_Segment("/copy");
+    EXPECT_NE(HC_Show_Named_Style("kept", source), 0);
+    HC_Close_Segment();
+    EXPECT_STREQ(source, "/styles/kept");
+    std::remove(file.c_str());
+    TakeErrors();
 }
 
 } // namespace
