@@ -110,6 +110,13 @@ ImportResult ImportIfcFile(const std::string& path, const ImportOptions& options
     std::error_code code;
     if (std::filesystem::is_directory(path, code))
         return Failure("cannot open " + path + ": it is a directory");
+    // The text is read whole and IFC++ keeps several times its size: a larger file is refused
+    // before it is read.
+    constexpr std::uintmax_t kMaxBytes = std::uintmax_t(1) << 30;
+    if (const std::uintmax_t size = std::filesystem::file_size(path, code);
+        !code && size > kMaxBytes)
+        return Failure("cannot open " + path + ": it holds " + std::to_string(size) +
+                       " bytes, more than an IFC file may (1 GiB)");
     std::ifstream in(path, std::ios::binary);
     if (!in) return Failure("cannot open " + path + ": " + std::strerror(errno));
     std::ostringstream text;
