@@ -26,15 +26,26 @@ else
     echo "example host: did not build against the installed package"
     status=1
 fi
-# A short run of each fuzz target over the bundled examples; any crash, leak or hang fails.
+# A short run of each fuzz target (about 30 s each) over seeds from the bundled examples; any
+# crash, leak, hang or broken database fails. IFC++ is slow on large inputs: its target takes
+# small ones and a longer timeout.
 echo "== fuzz: configure, build and run"
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz -j "$jobs"
 corpus=$(mktemp -d)
-cp examples/*.hmf "$corpus"/
-for target in metafile_fuzzer attribute_set_fuzzer optimize_fuzzer; do
-    if ! build/fuzz/tests/fuzz/$target -max_total_time=30 -max_len=4096 -timeout=10 \
-            -artifact_prefix=build/fuzz/ "$corpus" >build/fuzz/$target.log 2>&1; then
+mkdir -p "$corpus"/hmf "$corpus"/edit "$corpus"/ifc
+cp examples/*.hmf "$corpus"/hmf/
+printf '\x03faces=red' >"$corpus"/edit/color
+printf '\x11renamed' >"$corpus"/edit/name
+printf '\x2a1 0 0 0 0 1 0 0 0 0 1 0 5 5 5 1' >"$corpus"/edit/matrix
+cp tests/data/tiny_unknown_entities.ifc "$corpus"/ifc/
+head -c 2048 tests/data/IfcOpenHouse_IFC4.ifc >"$corpus"/ifc/house_start.ifc
+for run in "metafile_fuzzer hmf 4096 10" "attribute_set_fuzzer hmf 4096 10" \
+           "optimize_fuzzer hmf 4096 10" "edit_text_fuzzer edit 512 10" \
+           "ifc_fuzzer ifc 4096 30"; do
+    read -r target seeds maxlen timeout <<<"$run"
+    if ! build/fuzz/tests/fuzz/$target -max_total_time=30 -max_len="$maxlen" -timeout="$timeout" \
+            -artifact_prefix=build/fuzz/ "$corpus/$seeds" >build/fuzz/$target.log 2>&1; then
         tail -n 40 build/fuzz/$target.log
         status=1
     fi

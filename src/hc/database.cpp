@@ -269,6 +269,12 @@ void Database::DeleteObject(Slot slot) {
     Detach(slot);
     // Iterative, so that a deep tree cannot exhaust the stack.
     std::vector<Slot> pending{slot};
+    // A child's key is forgotten while its owner still lives: a local key is filed under the
+    // owner's segment, which is gone by the time the child's turn comes.
+    auto take = [this, &pending](Slot child) {
+        ForgetKey(child);
+        pending.push_back(child);
+    };
     while (!pending.empty()) {
         Slot s = pending.back();
         pending.pop_back();
@@ -287,7 +293,7 @@ void Database::DeleteObject(Slot slot) {
             }
         } else if (object->kind == ObjectKind::Geometry) {
             for (Slot r : static_cast<Geometry*>(object)->References())
-                pending.push_back(r);
+                take(r);
         }
         // Includes, styles and references of a deleted object go with it.
         if (auto incoming = m_incoming.find(s); incoming != m_incoming.end()) {

@@ -173,6 +173,9 @@ public:
 
 private:
     friend class UndoLog;
+    friend std::vector<std::string> CheckInvariants(Database& db);
+    // White-box tests reach the tables through it, to damage them on purpose.
+    friend class DatabaseProbe;
 
     struct UserKey {
         HC_KEY key;

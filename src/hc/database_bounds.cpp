@@ -7,16 +7,6 @@
 
 namespace hc {
 
-namespace {
-
-const float* LocalMatrix(const Object& object) {
-    const Attribute* matrix =
-        object.attributes ? object.attributes->Find(ContentKind::ModellingMatrix) : nullptr;
-    return matrix && matrix->numbers.size() == 16 ? matrix->numbers.data() : nullptr;
-}
-
-} // namespace
-
 void Database::PushUsers(Slot slot, std::vector<Slot>& segments) const {
     if (Slot owner = OwnerSegment(slot); owner != kNoSlot) segments.push_back(owner);
     auto incoming = m_incoming.find(slot);

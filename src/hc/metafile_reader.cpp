@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <span>
@@ -180,6 +181,9 @@ bool Parse(std::string_view input, ParsedFile& file, std::string& error) {
             if (escaped) view = file.unescaped.emplace_back(std::move(value));
             ++i;
             add(Node::String, view, startLine, static_cast<int>(startColumn) + 1);
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            // Said plainly, rather than as whatever mistake the bytes happen to make first.
+            return fail(line, i - lineStart, "a control character: binary data, not metafile text");
         } else {
             size_t start = i;
             while (i < text.size() && !std::isspace(static_cast<unsigned char>(text[i])) &&
@@ -845,9 +849,49 @@ private:
 
 } // namespace
 
+namespace {
+
+// A metafile's text, parsed and checked: loading it cannot fail.
+bool Prepare(std::string_view text, ParsedFile& file, std::string& error) {
+    return Parse(text, file, error) && Checker(file.nodes).Check(error);
+}
+
+// Metafiles are read whole; a larger file is refused rather than exhausting memory (its nodes
+// take several times its size).
+constexpr std::uintmax_t kMaxMetafileBytes = std::uintmax_t(1) << 30;
+
+bool ReadFileText(std::string_view file, std::string& text, std::string& error) {
+    const std::string name(file);
+    auto fail = [&](const std::string& why) {
+        error = "cannot read \"" + name + "\": " + why;
+        return false;
+    };
+    std::error_code code;
+    const auto status = std::filesystem::status(name, code);
+    if (code) return fail(code.message());
+    if (std::filesystem::is_directory(status)) return fail("it is a directory");
+    if (std::filesystem::is_regular_file(status)) {
+        const std::uintmax_t size = std::filesystem::file_size(name, code);
+        if (!code && size > kMaxMetafileBytes)
+            return fail("it holds " + std::to_string(size) +
+                        " bytes, more than a metafile may (1 GiB)");
+    }
+    std::ifstream in{name, std::ios::binary};
+    if (!in) return fail(std::strerror(errno));
+    std::stringstream content;
+    content << in.rdbuf();
+    if (in.bad()) return fail("the file could not be read to its end");
+    text = std::move(content).str();
+    // Every metafile written begins with its header line: an empty one is a save that failed.
+    if (text.empty()) return fail("the file is empty");
+    return true;
+}
+
+} // namespace
+
 bool LoadMetafileText(Database& db, std::string_view text, Slot segment, std::string& error) {
     ParsedFile file;
-    if (!Parse(text, file, error) || !Checker(file.nodes).Check(error)) return false;
+    if (!Prepare(text, file, error)) return false;
     if (!db.GetSegment(segment)) {
         error = "the segment to load into does not exist";
         return false;
@@ -856,58 +900,31 @@ bool LoadMetafileText(Database& db, std::string_view text, Slot segment, std::st
     return true;
 }
 
-void WriteMetafile(Session& session, std::string_view segment, std::string_view file,
-                   std::string_view options) {
-    Slot slot = session.ResolvePath(segment, false);
-    if (slot == kNoSlot) return;
-    std::ofstream out{std::string(file), std::ios::binary};
-    out << MetafileText(session.Db(), slot, MetafileOptions::Parse(options));
-    if (!out) ReportError("cannot write \"" + std::string(file) + "\"");
-}
-
-namespace {
-
-bool ReadFileText(std::string_view file, std::string& text, std::string& error) {
-    std::ifstream in{std::string(file), std::ios::binary};
-    if (!in) {
-        error = "cannot read \"" + std::string(file) + "\"";
-        return false;
-    }
-    std::stringstream content;
-    content << in.rdbuf();
-    text = std::move(content).str();
-    return true;
-}
-
-bool LoadFileText(Database& db, std::string_view file, std::string_view text, Slot segment,
-                  std::string& error) {
+bool LoadMetafileFile(Database& db, std::string_view file, Slot segment, std::string& error) {
+    std::string text;
+    if (!ReadFileText(file, text, error)) return false;
     if (LoadMetafileText(db, text, segment, error)) return true;
     error = std::string(file) + ": " + error;
     return false;
 }
 
-} // namespace
-
-bool LoadMetafileFile(Database& db, std::string_view file, Slot segment, std::string& error) {
-    std::string text;
-    return ReadFileText(file, text, error) && LoadFileText(db, file, text, segment, error);
-}
-
-// The file is read before the segment is made, so that a file that cannot be read changes
-// nothing.
+// The file is read and checked before the segment is made, so that a file that cannot be read
+// or holds a mistake changes nothing.
 Slot ReadMetafile(Session& session, std::string_view file, std::string_view segment,
                   std::string_view /*options*/) {
     std::string text, error;
+    ParsedFile parsed;
     if (!ReadFileText(file, text, error)) {
         ReportError(error);
         return kNoSlot;
     }
-    Slot slot = session.ResolvePath(segment.empty() ? "." : segment, true);
-    if (slot == kNoSlot) return kNoSlot;
-    if (!LoadFileText(session.Db(), file, text, slot, error)) {
-        ReportError(error);
+    if (!Prepare(text, parsed, error)) {
+        ReportError(std::string(file) + ": " + error);
         return kNoSlot;
     }
+    Slot slot = session.ResolvePath(segment.empty() ? "." : segment, true);
+    if (slot == kNoSlot) return kNoSlot;
+    Loader(session.Db(), parsed.nodes).Load(slot);
     return slot;
 }
 

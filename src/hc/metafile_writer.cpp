@@ -3,6 +3,8 @@
 #include <set>
 #include <unordered_map>
 
+#include "hc/atomic_file.h"
+#include "hc/error.h"
 #include "hc/metafile.h"
 #include "hc/metafile_syntax.h"
 #include "hc/text.h"
@@ -171,6 +173,9 @@ private:
             auto kind = ContentKind(k);
             if (kind == ContentKind::TextureDefinition && !m_options.saveTextures) continue;
             for (const Definition& d : segment.DefinitionsOf(kind)) {
+                // A named style whose source segment was deleted names nothing any more.
+                if (kind == ContentKind::NamedStyleDefinition && !m_db.GetSegment(d.segment))
+                    continue;
                 Open(depth, kind);
                 m_out += " " + Quoted(d.name) + " ";
                 m_out +=
@@ -356,6 +361,17 @@ MetafileOptions MetafileOptions::Parse(std::string_view text) {
 
 std::string MetafileText(const Database& db, Slot segment, MetafileOptions options) {
     return db.GetSegment(segment) ? Writer(db, segment, options).Write() : std::string();
+}
+
+void WriteMetafile(Session& session, std::string_view segment, std::string_view file,
+                   std::string_view options) {
+    Slot slot = session.ResolvePath(segment, false);
+    if (slot == kNoSlot) return;
+    std::string error;
+    if (!WriteFileAtomically(std::string(file),
+                             MetafileText(session.Db(), slot, MetafileOptions::Parse(options)),
+                             error))
+        ReportError(error);
 }
 
 } // namespace hc

@@ -218,6 +218,13 @@ private:
     }
 };
 
+// An object's own modelling matrix (16 numbers, row vectors), or null when it has none.
+inline const float* LocalMatrix(const Object& object) {
+    const Attribute* matrix =
+        object.attributes ? object.attributes->Find(ContentKind::ModellingMatrix) : nullptr;
+    return matrix && matrix->numbers.size() == 16 ? matrix->numbers.data() : nullptr;
+}
+
 template <typename T>
 void DestroyObject(Object* object) {
     static_cast<T*>(object)->~T();

@@ -7,6 +7,8 @@
 
 #include <obsidra/hc.h>
 
+#include "hc/database.h"
+#include "hc/invariants.h"
 #include "hc/testing/optimize_scene.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -17,5 +19,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string options(reinterpret_cast<const char*>(data), size);
     HC_Optimize_Segment_Tree("/scene", options.c_str());
     if (hc::testing::DrawnScene(root) != before) std::abort();
+    if (!hc::CheckInvariants(hc::Current()).empty()) std::abort();
     return 0;
 }

@@ -136,7 +136,7 @@ TEST_F(FastPathTest, ReadsAMetafileIntoASegmentOrSaysWhyNot) {
 
     const std::string missing = testing::TempDir() + "fastpath_missing.hmf";
     EXPECT_FALSE(HC_Fast_Read_Metafile(missing.c_str(), m_children[1], error));
-    EXPECT_EQ(std::string(error), "cannot read \"" + missing + "\"");
+    EXPECT_EQ(std::string(error), "cannot read \"" + missing + "\": No such file or directory");
     EXPECT_FALSE(HC_Fast_Read_Metafile(good.c_str(), -123456, error));
     EXPECT_STREQ(error, "the segment to load into does not exist");
     EXPECT_TRUE(TakeErrors().empty()) << "failures are answered, not reported";

@@ -111,6 +111,13 @@ PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& call
     std::error_code code;
     if (std::filesystem::is_directory(path, code))
         return Prepared(Failure("cannot open " + path + ": it is a directory"));
+    // The text is read whole and IFC++ keeps several times its size: a larger file is refused
+    // before it is read.
+    constexpr std::uintmax_t kMaxBytes = std::uintmax_t(1) << 30;
+    if (const std::uintmax_t size = std::filesystem::file_size(path, code);
+        !code && size > kMaxBytes)
+        return Prepared(Failure("cannot open " + path + ": it holds " + std::to_string(size) +
+                                " bytes, more than an IFC file may (1 GiB)"));
     std::ifstream in(path, std::ios::binary);
     if (!in) return Prepared(Failure("cannot open " + path + ": " + std::strerror(errno)));
     std::ostringstream text;

@@ -121,8 +121,10 @@ private:
         }
         const std::size_t floor = static_cast<std::size_t>(m_plan.floorOfProduct[product]);
         std::vector<Group>& groups = m_groups[path];
+        // A named copy: clang before 16 cannot capture a structured binding.
+        const auto& id = attribute->second;
         auto group = std::find_if(groups.begin(), groups.end(), [&](const Group& g) {
-            return g.floor == floor && g.attribute == attribute->second;
+            return g.floor == floor && g.attribute == id;
         });
         if (group == groups.end()) {
             groups.push_back({floor, key.name, attribute->second, {}});

@@ -155,13 +155,14 @@ void MergePropertySet(PropertySetData set, std::vector<PropertySetData>& sets) {
         sets.push_back(std::move(set));
         return;
     }
-    for (auto& [name, value] : set.values) {
+    // Pairs, not bindings: clang before 16 cannot capture a structured binding.
+    for (auto& property : set.values) {
         auto it = std::find_if(same->values.begin(), same->values.end(),
-                               [&](const auto& entry) { return entry.first == name; });
+                               [&](const auto& entry) { return entry.first == property.first; });
         if (it != same->values.end())
-            it->second = std::move(value);
+            it->second = std::move(property.second);
         else
-            same->values.emplace_back(std::move(name), std::move(value));
+            same->values.push_back(std::move(property));
     }
     if (!set.globalId.empty()) same->globalId = set.globalId;
 }
