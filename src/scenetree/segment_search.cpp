@@ -16,6 +16,11 @@ namespace {
 
 // The longest path of segments and includes a search follows; deeper branches are cut.
 constexpr int kMaxDepth = 256;
+// The most segments one search opens. Includes that close a cycle with more than one way round
+// give paths that double at every turn up to the depth limit; past this many steps the search
+// ends with what it found, as at the depth limit. A scene of a million segments, each passed
+// once, stays inside it.
+constexpr long kMaxSteps = 1L << 21;
 constexpr size_t kMaxText = HC_TEXT_MAX - 1;
 constexpr size_t kMaxAttributeName = 31;
 
@@ -210,6 +215,7 @@ struct HoopsSegmentTree::SearchRun {
     std::string second;
     std::array<HC_KEY, kMaxDepth> path{};
     std::vector<SearchResult> results;
+    long steps = 0;
 };
 
 int HoopsSegmentTree::SearchAttributes(const char* text, TreeGraphItem* start) {
@@ -297,7 +303,7 @@ int HoopsSegmentTree::Search(SearchKind kind, std::string_view text, TreeGraphIt
 bool HoopsSegmentTree::SearchStep(SearchRun& run, HC_KEY segment, int depth) {
     run.path[static_cast<size_t>(depth)] = segment;
     ++depth;
-    if (depth >= kMaxDepth) return false;
+    if (depth >= kMaxDepth || ++run.steps > kMaxSteps) return false;
     SegmentScope open(segment);
     if (run.row->kind == SearchKind::Attribute) SearchSegmentAttributes(run, segment, depth);
     bool complete = true;

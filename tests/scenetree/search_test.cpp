@@ -167,4 +167,19 @@ TEST_F(SearchTest, ASelfIncludingSegmentStopsAtTheDepthLimitWithOneMessage) {
         EXPECT_LE(result.keys.size(), 256u);
 }
 
+// Two ways round the cycle double the paths at every level: the search ends after a bounded
+// number of steps with the same message, instead of walking 2^128 paths.
+TEST_F(SearchTest, ACycleWithTwoWaysRoundEndsTooWithTheMessage) {
+    OpenModelPath(ModelKey(), "loop");
+    HC_KEY loop = HC_Create_Segment(".");
+    HC_Include_Segment_By_Key(loop);
+    HC_Include_Segment_By_Key(loop);
+    Close(2);
+    MakeTree();
+    Tree().SearchSegments("no such segment");
+    EXPECT_EQ(m_notifier.GetMessages(),
+              (std::vector<std::string>{
+                  "Maximum search depth reached.  Some search results may be omitted."}));
+}
+
 } // namespace
