@@ -153,6 +153,12 @@ TEST_F(MeshImportTest, BadFilesLeaveTheSceneAsItWas) {
         {Write("empty.stl", ""), "the file is empty"},
         {Write("cut.stl", spider.substr(0, 2000)), "STL"},
         {Write("garbage.ply", "hello\n"), "ply"},
+        // A property type assimp 5.2 does not know made its reader loop forever (found by
+        // tests/fuzz/mesh_fuzzer.cpp).
+        {Write("mangled.ply", "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\n"
+                              "property flmd5 x\nelement face 1\nend_header\n"),
+         "line 5: a property of no known type"},
+        {Write("endless.ply", "ply\nformat ascii 1.0\nelement vertex 3\n"), "no end_header"},
         {Write("notes.txt", "v 0 0 0\n"), ".txt is not a mesh format this viewer reads"},
         {Write("noextension", "v 0 0 0\n"), "no extension"},
         {Write("solid.stl", "solid x\n"), "holds no faces"},

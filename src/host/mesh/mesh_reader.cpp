@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/mesh/ply_header.h"
 #include "host/mesh/stated_faces.h"
 
 namespace obsidra::host::mesh {
@@ -84,6 +85,9 @@ std::string CheckFile(const std::string& path, const Assimp::Importer& importer)
     if (extension.empty()) return path + ": the file name has no extension to tell its format";
     if (!importer.IsExtensionSupported(Lower(extension)))
         return path + ": " + extension + " is not a mesh format this viewer reads";
+    if (Lower(extension) == ".ply")
+        if (std::string problem = PlyHeaderProblem(in); !problem.empty())
+            return path + ": " + problem;
     return {};
 }
 
