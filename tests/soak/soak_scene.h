@@ -44,8 +44,8 @@ private:
 };
 
 // The segments "/soak library/..." (made when missing) that scenes include: outside every scene,
-// including nothing, so that includes never form a cycle. The tree search follows every path
-// through includes up to 256 levels, which a cycle with two ways round makes take forever.
+// including nothing, so that includes never form a cycle. A cycle with two ways round makes every
+// tree search run to its step limit (about a second), where the soak would spend its time.
 std::vector<HC_KEY> Library();
 
 // Fills the segment with a random scene of about size segments: named and nameless segments,
