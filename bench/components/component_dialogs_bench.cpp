@@ -1,7 +1,6 @@
 // The component viewer and the statistics dialog with their real widgets (offscreen) over a
 // generated building of 100,000 components and 300,000 geometries. OBSIDRA_BENCH_SMALL=1 uses
 // a building of a few dozen components, to check that the benchmarks run.
-#include <QApplication>
 #include <QTest>
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -123,13 +122,3 @@ void BM_ShowStatistics(benchmark::State& state) {
 BENCHMARK(BM_ShowStatistics)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

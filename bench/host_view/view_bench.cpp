@@ -178,12 +178,3 @@ BENCHMARK(BM_FrameAfterColourChange)->Apply(Sizes);
 BENCHMARK(BM_SceneWalk)->Apply(Sizes);
 
 } // namespace
-
-int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
