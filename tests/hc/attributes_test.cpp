@@ -17,8 +17,6 @@ TEST_F(Attributes, SettingMergesOptionByOptionAndUnsetRemovesTheWhole) {
     EXPECT_EQ(ShowColor(), "faces=red,edges=green,lines=black");
     HC_Set_Color("blue");
     EXPECT_EQ(ShowColor(), "blue") << "a colour named alone colours everything";
-    HC_Set_Color("faces=red, edges=blue");
-    HC_Set_Color("Edges = green, lines=black");
     EXPECT_EQ(HC_Show_Existence("color"), 1);
     HC_UnSet_Color();
     EXPECT_EQ(HC_Show_Existence("color"), 0);
@@ -59,19 +57,10 @@ TEST_F(Attributes, TheSixOptionAttributesAreIndependent) {
     EXPECT_EQ(Types(".", "attributes"),
               (std::vector<std::string>{"color", "visibility", "selectability", "rendering options",
                                         "user options", "heuristics"}));
-    char text[HC_TEXT_MAX];
-    HC_Show_User_Options(text);
-    EXPECT_STREQ(text, "owner=Ann");
-    HC_Show_Visibility(text);
-    EXPECT_STREQ(text, "no edges");
     HC_UnSet_Heuristics();
     EXPECT_EQ(HC_Show_Existence("attributes"), 5);
     HC_Close_Segment();
 }
-
-} // namespace
-
-namespace {
 
 using AttributeKinds = HcTest;
 
