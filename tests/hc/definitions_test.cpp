@@ -14,7 +14,7 @@ std::vector<std::string> Names(void (*begin)(), bool (*find)(char*), void (*end)
     return names;
 }
 
-TEST_F(Definitions, EachKindDefinesShowsListsAndUndefines) {
+TEST_F(Definitions, EachKindDefinesShowsListsAndUndefinesAndIsSeenFromBelow) {
     HC_Open_Segment("/a");
     HC_Define_Local_Texture("wood", "source=wood.png, tiling");
     HC_Define_Local_Texture("Stone", "source=stone.png");
@@ -65,6 +65,14 @@ TEST_F(Definitions, EachKindDefinesShowsListsAndUndefines) {
               (std::vector<std::string>{"texture definition", "glyph definition",
                                         "line style definition"}));
 
+    // Seen from below, but searched only where they are.
+    HC_Open_Segment("b");
+    HC_Show_Line_Style("dashed", text);
+    EXPECT_STREQ(text, "4 pixels dash, 2 pixels blank");
+    EXPECT_TRUE(
+        Names(HC_Begin_Line_Style_Search, HC_Find_Line_Style, HC_End_Line_Style_Search).empty());
+    HC_Close_Segment();
+
     HC_Define_Local_Texture("wood", "source=oak.png");
     HC_Show_Local_Texture("wood", text);
     EXPECT_STREQ(text, "source=oak.png") << "a name is defined once";
@@ -77,19 +85,6 @@ TEST_F(Definitions, EachKindDefinesShowsListsAndUndefines) {
     HC_Show_Local_Texture("wood", text);
     EXPECT_EQ(TakeErrors().size(), 2u);
     EXPECT_STREQ(text, "");
-    HC_Close_Segment();
-}
-
-TEST_F(Definitions, DefinitionsAreSeenFromBelowButSearchedOnlyWhereTheyAre) {
-    HC_Open_Segment("/a");
-    HC_Define_Line_Style("dotted", "1 pixel dash, 1 pixel blank");
-    HC_Open_Segment("b");
-    char text[HC_TEXT_MAX];
-    HC_Show_Line_Style("dotted", text);
-    EXPECT_STREQ(text, "1 pixel dash, 1 pixel blank");
-    EXPECT_TRUE(
-        Names(HC_Begin_Line_Style_Search, HC_Find_Line_Style, HC_End_Line_Style_Search).empty());
-    HC_Close_Segment();
     HC_Close_Segment();
 }
 
