@@ -52,8 +52,8 @@ private:
     float Real() { return std::uniform_real_distribution<float>(-100, 100)(m_random); }
     HC_POINT Point() { return {Real(), Real(), Real()}; }
     std::string Word() {
-        static const char* const kWords[] = {"red", "a b",       "x=\"q,\"",
-                                             "ünï", "tab\there", "line\nbreak"};
+        static const char* const kWords[] = {"say \\\"hi\\\"", "a b",        "x=\"q,\"", "ünï",
+                                             "tab\there",      "line\nbreak"};
         return kWords[Next(0, 5)];
     }
 
