@@ -6,6 +6,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include <obsidra/hc_check.h>
 #include <obsidra/hc_journal.h>
 
 #include "hc_test.h"
@@ -210,7 +211,10 @@ private:
         const int pick = Pick(5);
         if (pick == 0) HC_Set_Color(kColors[Pick(3)]);
         if (pick == 1) HC_Set_Heuristics(Pick(2) ? "static model" : "no static model");
-        if (pick == 2) matrix[12] = float(Pick(5)), HC_Set_Modelling_Matrix(matrix);
+        if (pick == 2) {
+            matrix[12] = float(Pick(5));
+            HC_Set_Modelling_Matrix(matrix);
+        }
         if (pick == 3) HC_Set_User_Value(Pick(100));
         if (pick == 4) HC_Set_Visibility(Pick(2) ? "edges=off" : "faces=on, markers=off");
     }
@@ -298,6 +302,8 @@ TEST_F(UndoPropertyTest, UndoingAllGivesBackTheStartAndRedoingAllTheEnd) {
         for (int redone = 1; HC_Redo(); ++redone)
             ASSERT_EQ(SceneText(false), scenes[size_t(redone)])
                 << "redoing step " << redone << ", an edit of kind " << kinds[size_t(redone)];
+        char report[256];
+        EXPECT_EQ(HC_Check_Database(report, sizeof report), 0) << report;
         EXPECT_EQ(TakeErrors(), std::vector<std::string>());
     }
     HC_Set_Undo_Limit(HC_UNDO_DEFAULT_LIMIT);
