@@ -1,13 +1,23 @@
 #pragma once
 
 #include <algorithm>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <obsidra/hc.h>
+
+// A file's bytes; empty if it cannot be read.
+inline std::string ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
 
 // A fresh database for each test, with the error handler's messages collected.
 class HcTest : public ::testing::Test {

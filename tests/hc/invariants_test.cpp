@@ -1,6 +1,4 @@
-#include <fstream>
 #include <functional>
-#include <sstream>
 
 #include <obsidra/hc_check.h>
 
@@ -104,11 +102,10 @@ TEST_F(Invariants, HealthyScenesPass) {
     EXPECT_EQ(Joined(hc::CheckInvariants(db)), "") << "an empty database";
     BuildScene();
     EXPECT_EQ(Joined(hc::CheckInvariants(db)), "");
-    std::ifstream in(std::string(OBSIDRA_SOURCE_DIR) + "/examples/showcase.hmf");
-    std::stringstream text;
-    text << in.rdbuf();
     std::string error;
-    ASSERT_TRUE(hc::LoadMetafileText(db, text.str(), db.Root(), error)) << error;
+    ASSERT_TRUE(hc::LoadMetafileText(db, ReadFile(OBSIDRA_SOURCE_DIR "/examples/showcase.hmf"),
+                                     db.Root(), error))
+        << error;
     HC_POINT min, max;
     HC_Compute_Circumcuboid("/", &min, &max);
     EXPECT_EQ(Joined(hc::CheckInvariants(db)), "");

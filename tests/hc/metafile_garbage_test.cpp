@@ -1,6 +1,4 @@
-#include <fstream>
 #include <random>
-#include <sstream>
 
 #include "hc/database.h"
 #include "hc/metafile.h"
@@ -11,17 +9,10 @@ namespace {
 
 using MetafileGarbage = HcTest;
 
-std::string Showcase() {
-    std::ifstream in(std::string(OBSIDRA_SOURCE_DIR) + "/examples/showcase.hmf");
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 // Mangled metafiles either load or are refused with a message and change nothing; none crashes,
 // hangs or leaks (the sanitizer build runs this too).
 TEST_F(MetafileGarbage, MangledFilesLoadWholeOrNotAtAll) {
-    const std::string original = Showcase();
+    const std::string original = ReadFile(OBSIDRA_SOURCE_DIR "/examples/showcase.hmf");
     ASSERT_FALSE(original.empty());
     const char kNoise[] = "()\"\\ \n;x-.0123456789eE@/#";
     std::mt19937 random(2024);

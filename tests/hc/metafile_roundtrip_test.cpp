@@ -1,6 +1,4 @@
-#include <fstream>
 #include <random>
-#include <sstream>
 
 #include "hc/database.h"
 #include "hc/geometry_data.h"
@@ -15,12 +13,10 @@ namespace {
 // Every geometry item of examples/showcase.hmf, one of each kind.
 const std::vector<std::unique_ptr<hc::Geometry>>& Templates() {
     static const std::vector<std::unique_ptr<hc::Geometry>> templates = [] {
-        std::ifstream in(std::string(OBSIDRA_SOURCE_DIR) + "/examples/showcase.hmf");
-        std::stringstream text;
-        text << in.rdbuf();
         hc::Database scratch;
         std::string error;
-        hc::LoadMetafileText(scratch, text.str(), scratch.Root(), error);
+        hc::LoadMetafileText(scratch, ReadFile(OBSIDRA_SOURCE_DIR "/examples/showcase.hmf"),
+                             scratch.Root(), error);
         std::vector<std::unique_ptr<hc::Geometry>> items;
         std::vector<std::string> unknown;
         for (hc::Found found : scratch.Contents(
@@ -56,8 +52,8 @@ private:
     float Real() { return std::uniform_real_distribution<float>(-100, 100)(m_random); }
     HC_POINT Point() { return {Real(), Real(), Real()}; }
     std::string Word() {
-        static const char* const kWords[] = {"red", "a b",       "x=\"q,\"",
-                                             "ünï", "tab\there", "line\nbreak"};
+        static const char* const kWords[] = {"say \\\"hi\\\"", "a b",        "x=\"q,\"", "ünï",
+                                             "tab\there",      "line\nbreak"};
         return kWords[Next(0, 5)];
     }
 
@@ -87,6 +83,7 @@ private:
         case 4:
             Next(0, 1) ? HC_Set_Line_Weight(Next(0, 5)) : HC_Set_Variable_Line_Weight("1.5 pixels");
             HC_Set_Text_Alignment("<^");
+            HC_Set_Heuristics("static model");
             HC_Set_User_Value(Next(-1000, 1000));
             break;
         case 5: {

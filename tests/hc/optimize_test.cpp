@@ -36,48 +36,28 @@ protected:
     std::vector<std::string> m_before;
 };
 
-TEST_F(OptimizeTest, EveryOptionDrawsTheSame) {
-    const char* const kOptions[] = {
-        "",
-        "process includes",
-        "expand includes",
-        "collapse matrices",
-        "localize matrices",
-        "remove duplicate shells",
-        "extract geometry attributes",
-        "generate mapping,merge shells",
-        "segment names=discard",
-        "segment names=(discard,record,sequence)",
-        "merge shells",
-        "instance shells",
-        "discard user data",
-        "preserve user data=(merge,localize),reorganize",
-        "preserve user data=merge,reorganize",
-        "preserve user data=localize,reorganize",
-        "reorganize",
-        "reorganize=spatial",
-        "reorganize=(attributes,spatial)",
-        "process includes,localize matrices,preserve user data=(merge,localize),reorganize",
-        "expand includes,collapse matrices,remove duplicate shells,extract geometry attributes,"
-        "generate mapping,segment names=(discard,record,sequence),merge shells,discard user data,"
-        "reorganize=(attributes,spatial)",
-    };
-    for (const char* options : kOptions) {
-        SCOPED_TRACE(options);
-        HC_Reset_System();
-        m_root = BuildOptimizeScene("/scene", 12);
-        HC_Optimize_Segment_Tree("/scene", options);
-        EXPECT_EQ(DrawnScene(m_root), m_before);
-        EXPECT_EQ(TakeErrors(), std::vector<std::string>{});
-    }
-}
-
-TEST_F(OptimizeTest, EachOptionHasItsStructuralEffect) {
+// Every option and mix of options draws the same scene; most have an effect to see as well.
+TEST_F(OptimizeTest, EachOptionDrawsTheSameAndHasItsStructuralEffect) {
     struct Case {
         const char* options;
         std::function<void()> check;
     };
     const Case kCases[] = {
+        {"", nullptr},
+        {"process includes", nullptr},
+        {"extract geometry attributes", nullptr},
+        {"generate mapping,merge shells", nullptr},
+        {"segment names=(discard,record,sequence)", nullptr},
+        {"preserve user data=(merge,localize),reorganize", nullptr},
+        {"preserve user data=merge,reorganize", nullptr},
+        {"preserve user data=localize,reorganize", nullptr},
+        {"reorganize=(attributes,spatial)", nullptr},
+        {"process includes,localize matrices,preserve user data=(merge,localize),reorganize",
+         nullptr},
+        {"expand includes,collapse matrices,remove duplicate shells,extract geometry attributes,"
+         "generate mapping,segment names=(discard,record,sequence),merge shells,discard user data,"
+         "reorganize=(attributes,spatial)",
+         nullptr},
         {"expand includes", [this] { EXPECT_EQ(CountBelow("includes"), 0); }},
         {"collapse matrices",
          [this] {
@@ -148,8 +128,9 @@ TEST_F(OptimizeTest, EachOptionHasItsStructuralEffect) {
         HC_Reset_System();
         m_root = BuildOptimizeScene("/scene", 12);
         HC_Optimize_Segment_Tree("/scene", c.options);
-        c.check();
+        if (c.check) c.check();
         EXPECT_EQ(DrawnScene(m_root), m_before);
+        EXPECT_EQ(TakeErrors(), std::vector<std::string>{});
     }
 }
 

@@ -6,7 +6,7 @@ namespace {
 
 using Paths = HcTest;
 
-TEST_F(Paths, AbsoluteRelativeDotAndDotDotNameTheSameSegments) {
+TEST_F(Paths, AbsoluteRelativeDotDotDotAndAnyCaseNameTheSameSegments) {
     HC_KEY b = HC_Create_Segment("/a/b");
     HC_KEY a = HC_Open_Segment("/a");
     EXPECT_EQ(HC_Create_Segment("b"), b);
@@ -20,12 +20,9 @@ TEST_F(Paths, AbsoluteRelativeDotAndDotDotNameTheSameSegments) {
     HC_Close_Segment();
     EXPECT_EQ(Path(HC_Create_Segment("/")), "/");
     EXPECT_EQ(HC_Create_Segment("x/y"), HC_Create_Segment("/x/y")) << "nothing open means /";
-}
-
-TEST_F(Paths, NamesAreFoundWithoutRegardToCaseButKeepTheirSpelling) {
     HC_KEY walls = HC_Create_Segment("/House/Walls");
-    EXPECT_EQ(HC_Create_Segment("/house/WALLS"), walls);
-    EXPECT_EQ(Path(walls), "/House/Walls");
+    EXPECT_EQ(HC_Create_Segment("/house/WALLS"), walls) << "names are found without regard to case";
+    EXPECT_EQ(Path(walls), "/House/Walls") << "but keep their spelling";
 }
 
 TEST_F(Paths, NamelessSegmentsAreNewEachTimeAndAddressedByKey) {

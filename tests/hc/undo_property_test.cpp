@@ -6,6 +6,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include <obsidra/hc_check.h>
 #include <obsidra/hc_journal.h>
 
 #include "hc_test.h"
@@ -55,20 +56,12 @@ public:
         case 3:
             EditGeometry();
             return;
-        case 4:
-            InItem([&] {
-                switch (Pick(4)) {
-                case 0:
-                    return HC_UnSet_Color();
-                case 1:
-                    return HC_UnSet_Heuristics();
-                case 2:
-                    return HC_UnSet_Modelling_Matrix();
-                default:
-                    return HC_UnSet_User_Value();
-                }
-            });
+        case 4: {
+            static void (*const kUnsets[])() = {HC_UnSet_Color, HC_UnSet_Heuristics,
+                                                HC_UnSet_Modelling_Matrix, HC_UnSet_User_Value};
+            InItem([&] { kUnsets[Pick(4)](); });
             return;
+        }
         case 5:
             AddLink();
             return;
@@ -102,16 +95,12 @@ public:
             // Named styles take "/" as their source: the metafile writer cannot yet write a
             // definition whose source segment was deleted.
             InSegment([&] {
-                switch (Pick(4)) {
-                case 0:
-                    return HC_Define_Line_Style(Name().c_str(), "--");
-                case 1:
-                    return HC_UnDefine_Line_Style(Name().c_str());
-                case 2:
-                    return HC_Define_Named_Style(Name().c_str(), "/");
-                default:
-                    return HC_UnDefine_Named_Style(Name().c_str());
-                }
+                const int pick = Pick(4);
+                const std::string name = Name();
+                if (pick == 0) HC_Define_Line_Style(name.c_str(), "--");
+                if (pick == 1) HC_UnDefine_Line_Style(name.c_str());
+                if (pick == 2) HC_Define_Named_Style(name.c_str(), "/");
+                if (pick == 3) HC_UnDefine_Named_Style(name.c_str());
             });
             return;
         case 12: {
@@ -218,57 +207,37 @@ private:
 
     void SetAttribute() {
         static const char* const kColors[] = {"red", "faces=blue", "edges=green, lines=red"};
-        switch (Pick(5)) {
-        case 0:
-            return HC_Set_Color(kColors[Pick(3)]);
-        case 1:
-            return HC_Set_Heuristics(Pick(2) ? "static model" : "no static model");
-        case 2: {
-            float matrix[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        float matrix[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        const int pick = Pick(5);
+        if (pick == 0) HC_Set_Color(kColors[Pick(3)]);
+        if (pick == 1) HC_Set_Heuristics(Pick(2) ? "static model" : "no static model");
+        if (pick == 2) {
             matrix[12] = float(Pick(5));
-            return HC_Set_Modelling_Matrix(matrix);
+            HC_Set_Modelling_Matrix(matrix);
         }
-        case 3:
-            return HC_Set_User_Value(Pick(100));
-        default:
-            return HC_Set_Visibility(Pick(2) ? "edges=off" : "faces=on, markers=off");
-        }
+        if (pick == 3) HC_Set_User_Value(Pick(100));
+        if (pick == 4) HC_Set_Visibility(Pick(2) ? "edges=off" : "faces=on, markers=off");
     }
 
     void InsertGeometry() {
         const HC_POINT points[] = {{float(Pick(4)), 0, 0}, {1, float(Pick(4)), 0}, {0, 1, 1}};
         const int faces[] = {3, 0, 1, 2};
-        switch (Pick(4)) {
-        case 0:
-            HC_Insert_Shell(3, points, 4, faces);
-            return;
-        case 1:
-            HC_Insert_Polyline(3, points);
-            return;
-        case 2:
-            HC_Insert_Text(0, 0, 0, "words");
-            return;
-        default:
-            HC_Insert_Marker(Pick(9), 0, 0);
-            return;
-        }
+        const int pick = Pick(4);
+        if (pick == 0) HC_Insert_Shell(3, points, 4, faces);
+        if (pick == 1) HC_Insert_Polyline(3, points);
+        if (pick == 2) HC_Insert_Text(0, 0, 0, "words");
+        if (pick == 3) HC_Insert_Marker(Pick(9), 0, 0);
     }
 
     void EditGeometry() {
         HC_KEY item = Item();
         const HC_POINT points[] = {{5, 5, 5}, {6, float(Pick(3)), 6}};
-        switch (Pick(5)) {
-        case 0:
-            return HC_Edit_Text(item, 0, 0, 1, "W");
-        case 1:
-            return HC_Edit_Shell_Points(item, 0, 1, 2, points);
-        case 2:
-            return HC_Set_Face_Regions(item, 0, 1, Pick(5));
-        case 3:
-            return HC_Set_LOD_Type(item, 1, "quadric");
-        default:
-            return HC_Edit_Polyline(item, 0, 1, 2, points);
-        }
+        const int pick = Pick(5);
+        if (pick == 0) HC_Edit_Text(item, 0, 0, 1, "W");
+        if (pick == 1) HC_Edit_Shell_Points(item, 0, 1, 2, points);
+        if (pick == 2) HC_Set_Face_Regions(item, 0, 1, Pick(5));
+        if (pick == 3) HC_Set_LOD_Type(item, 1, "quadric");
+        if (pick == 4) HC_Edit_Polyline(item, 0, 1, 2, points);
     }
 
     void AddLink() {
@@ -333,6 +302,8 @@ TEST_F(UndoPropertyTest, UndoingAllGivesBackTheStartAndRedoingAllTheEnd) {
         for (int redone = 1; HC_Redo(); ++redone)
             ASSERT_EQ(SceneText(false), scenes[size_t(redone)])
                 << "redoing step " << redone << ", an edit of kind " << kinds[size_t(redone)];
+        char report[256];
+        EXPECT_EQ(HC_Check_Database(report, sizeof report), 0) << report;
         EXPECT_EQ(TakeErrors(), std::vector<std::string>());
     }
     HC_Set_Undo_Limit(HC_UNDO_DEFAULT_LIMIT);
