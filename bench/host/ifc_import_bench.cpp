@@ -16,6 +16,7 @@
 #include <obsidra/hc.h>
 
 #include "host/ifc/ifc_importer.h"
+#include "process_cpu.h"
 
 namespace {
 
@@ -59,25 +60,13 @@ std::size_t Import(const fs::path& path) {
     return result.building->Components().size();
 }
 
-// CPU time of this process's threads and of the children it has reaped (the meshing workers).
-double CpuSeconds() {
-    double seconds = 0;
-    for (int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        rusage usage{};
-        getrusage(who, &usage);
-        seconds += double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-                   double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) * 1e-6;
-    }
-    return seconds;
-}
-
 // Reading, parsing and meshing on range(0) processes, wall time; counters: CPU time on every
 // process, and the wall time until meshing began.
 void BM_PrepareIfc(benchmark::State& state, const fs::path& path) {
     using Clock = std::chrono::steady_clock;
     double cpu = 0, parsed = 0;
     for (auto _ : state) {
-        const double cpuStart = CpuSeconds();
+        const double cpuStart = ProcessCpuSeconds();
         const Clock::time_point start = Clock::now();
         Clock::time_point meshing{};
         const auto prepared = obsidra::host::ifc::PrepareIfcFile(
@@ -90,7 +79,7 @@ void BM_PrepareIfc(benchmark::State& state, const fs::path& path) {
             },
             {static_cast<int>(state.range(0)), {}});
         if (!prepared.model) state.SkipWithError("not prepared");
-        cpu += CpuSeconds() - cpuStart;
+        cpu += ProcessCpuSeconds() - cpuStart;
         parsed += std::chrono::duration<double>(meshing - start).count();
     }
     state.counters["cpu_ms"] = cpu / double(state.iterations()) * 1e3;

@@ -16,12 +16,12 @@
 #include <ifcpp/reader/ReaderSTEP.h>
 #include <mutex>
 #include <sstream>
-#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
 #include <obsidra/hc.h>
 
+#include "../host/process_cpu.h"
 #include "host/viewer/scene_reader.h"
 
 namespace {
@@ -138,18 +138,6 @@ void BM_ViewerWrite(benchmark::State& state, const fs::path& path) {
     }
 }
 
-// CPU time of this process's threads and of the children it has reaped (the meshing workers).
-double CpuSeconds() {
-    double seconds = 0;
-    for (int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        rusage usage{};
-        getrusage(who, &usage);
-        seconds += double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-                   double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) * 1e-6;
-    }
-    return seconds;
-}
-
 // Opening a building as the viewer does: read on a worker thread whose previews this thread
 // writes into a scratch segment as they come, then the file's own scene written in their place.
 // Counters: the first preview in the scene and the whole load, wall time; CPU time of the load
@@ -162,7 +150,7 @@ void BM_ViewerLoad(benchmark::State& state, const fs::path& path) {
         const HC_KEY preview = HC_Create_Segment("/model/preview");
         const HC_KEY file = HC_Create_Segment("/model/file");
         const Clock::time_point start = Clock::now();
-        const double cpuStart = CpuSeconds();
+        const double cpuStart = ProcessCpuSeconds();
         auto since = [&] { return std::chrono::duration<double>(Clock::now() - start).count(); };
 
         std::mutex mutex;
@@ -197,7 +185,7 @@ void BM_ViewerLoad(benchmark::State& state, const fs::path& path) {
         if (!result.scene || !result.scene->Write(file, error)) state.SkipWithError("not loaded");
         first += shown;
         whole += since();
-        cpu += CpuSeconds() - cpuStart;
+        cpu += ProcessCpuSeconds() - cpuStart;
     }
     const double n = double(state.iterations());
     state.counters["first_picture_ms"] = first / n * 1e3;

@@ -57,9 +57,11 @@ private:
     std::string_view m_bytes;
 };
 
-bool WriteAll(int fd, const char* bytes, std::size_t size) {
+// Moves size bytes with move (a read or a write of fd), which may move fewer at a time.
+template <typename Byte, typename Move>
+bool Transfer(Byte* bytes, std::size_t size, Move move) {
     while (size > 0) {
-        const ssize_t done = ::write(fd, bytes, size);
+        const ssize_t done = move(bytes, size);
         if (done < 0 && errno == EINTR) continue;
         if (done <= 0) return false;
         bytes += done;
@@ -68,15 +70,13 @@ bool WriteAll(int fd, const char* bytes, std::size_t size) {
     return true;
 }
 
+bool WriteAll(int fd, const char* bytes, std::size_t size) {
+    return Transfer(bytes, size,
+                    [fd](const char* at, std::size_t n) { return ::write(fd, at, n); });
+}
+
 bool ReadAll(int fd, char* bytes, std::size_t size) {
-    while (size > 0) {
-        const ssize_t done = ::read(fd, bytes, size);
-        if (done < 0 && errno == EINTR) continue;
-        if (done <= 0) return false;
-        bytes += done;
-        size -= static_cast<std::size_t>(done);
-    }
-    return true;
+    return Transfer(bytes, size, [fd](char* at, std::size_t n) { return ::read(fd, at, n); });
 }
 
 } // namespace
