@@ -429,6 +429,14 @@ bool IfcSource::Mesh(ModelData& data, ImportProgress& progress, SourceMessages& 
     arrivals.Listen(children.ReadEnds());
 
     ChunkMesher mesher(m_state->model, m_state->relations, progress);
+    // The importing process's warnings join the children's, to be counted together.
+    auto meshHere = [&](int chunk) {
+        SourceMessages chunkMessages;
+        mesher.Mesh(data, chunks[chunk], chunkMessages);
+        told.insert(told.end(), std::make_move_iterator(chunkMessages.warnings.begin()),
+                    std::make_move_iterator(chunkMessages.warnings.end()));
+        deliver(chunk);
+    };
     auto takeArrived = [&](std::chrono::milliseconds wait) {
         bool open = false;
         for (int chunk : arrivals.Take(wait, told, open))
@@ -436,8 +444,7 @@ bool IfcSource::Mesh(ModelData& data, ImportProgress& progress, SourceMessages& 
         return open;
     };
     for (int chunk = next.Next(); chunk < static_cast<int>(chunks.size()); chunk = next.Next()) {
-        mesher.Mesh(data, chunks[chunk], messages);
-        deliver(chunk);
+        meshHere(chunk);
         takeArrived(std::chrono::milliseconds(0));
         if (!report()) return false;
     }
@@ -448,8 +455,7 @@ bool IfcSource::Mesh(ModelData& data, ImportProgress& progress, SourceMessages& 
     // Chunks that a child took but never sent (it failed) are meshed here.
     for (std::size_t chunk = 0; chunk < chunks.size(); ++chunk) {
         if (done[chunk]) continue;
-        mesher.Mesh(data, chunks[chunk], messages);
-        deliver(static_cast<int>(chunk));
+        meshHere(static_cast<int>(chunk));
         if (!report()) return false;
     }
     mesher.ClearCaches();
