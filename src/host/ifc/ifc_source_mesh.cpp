@@ -443,16 +443,32 @@ bool IfcSource::Mesh(ModelData& data, ImportProgress& progress, SourceMessages& 
             deliver(chunk);
         return open;
     };
+    using Clock = std::chrono::steady_clock;
+    Clock::duration longestChunk{};
     for (int chunk = next.Next(); chunk < static_cast<int>(chunks.size()); chunk = next.Next()) {
+        const Clock::time_point start = Clock::now();
         meshHere(chunk);
+        longestChunk = std::max(longestChunk, Clock::now() - start);
         takeArrived(std::chrono::milliseconds(0));
         if (!report()) return false;
     }
-    while (takeArrived(std::chrono::milliseconds(50)))
+    // A child that sends nothing for far longer than any chunk took here is stuck (a lock held
+    // by another thread of the parent when it forked, say): it is ended, and its chunks are
+    // meshed below.
+    const Clock::duration patience =
+        std::max<Clock::duration>(std::chrono::seconds(5), 20 * longestChunk);
+    Clock::time_point lastNews = Clock::now();
+    for (std::size_t before = doneCount; takeArrived(std::chrono::milliseconds(50));
+         before = doneCount) {
         if (!report()) return false;
+        if (doneCount != before)
+            lastNews = Clock::now();
+        else if (Clock::now() - lastNews > patience)
+            children.Kill();
+    }
     arrivals.Join();
     children.Wait();
-    // Chunks that a child took but never sent (it failed) are meshed here.
+    // Chunks that a child took but never sent (it failed or was stuck) are meshed here.
     for (std::size_t chunk = 0; chunk < chunks.size(); ++chunk) {
         if (done[chunk]) continue;
         meshHere(static_cast<int>(chunk));
