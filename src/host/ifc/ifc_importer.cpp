@@ -50,7 +50,8 @@ PreparedIfc Prepared(ImportResult failure, SourceMessages messages = {}) {
     return prepared;
 }
 
-PreparedIfc Prepare(std::string text, const std::string& name, ImportProgress& progress) {
+PreparedIfc Prepare(std::string text, const std::string& name, ImportProgress& progress,
+                    const MeshOptions& mesh) {
     if (!progress.Report(ImportPhase::Reading, 1)) return Prepared(Cancelled());
     if (std::string problem = CheckStepText(text); !problem.empty())
         return Prepared(Failure(name + ": " + problem));
@@ -68,7 +69,7 @@ PreparedIfc Prepare(std::string text, const std::string& name, ImportProgress& p
         if (!source) return Prepared(Failure(name + ": " + error), std::move(messages));
         *data = source->Collect();
         data->schema = schema;
-        if (!source->Mesh(*data, progress, messages))
+        if (!source->Mesh(*data, progress, messages, mesh))
             return Prepared(Cancelled(), std::move(messages));
     } catch (const std::exception& e) {
         return Prepared(Failure(name + ": IFC++ failed: " + e.what()), std::move(messages));
@@ -105,7 +106,8 @@ PreparedIfc::PreparedIfc(PreparedIfc&&) noexcept = default;
 PreparedIfc& PreparedIfc::operator=(PreparedIfc&&) noexcept = default;
 PreparedIfc::~PreparedIfc() = default;
 
-PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& callback) {
+PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& callback,
+                           const MeshOptions& mesh) {
     ImportProgress progress(callback);
     if (!progress.Report(ImportPhase::Reading, 0)) return Prepared(Cancelled());
     std::error_code code;
@@ -123,13 +125,14 @@ PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& call
     std::ostringstream text;
     text << in.rdbuf();
     if (in.bad()) return Prepared(Failure("cannot read " + path));
-    return Prepare(std::move(text).str(), std::filesystem::path(path).stem().string(), progress);
+    return Prepare(std::move(text).str(), std::filesystem::path(path).stem().string(), progress,
+                   mesh);
 }
 
 PreparedIfc PrepareIfcText(std::string text, const std::string& name,
-                           const ProgressCallback& callback) {
+                           const ProgressCallback& callback, const MeshOptions& mesh) {
     ImportProgress progress(callback);
-    return Prepare(std::move(text), name, progress);
+    return Prepare(std::move(text), name, progress, mesh);
 }
 
 ImportResult WriteIfcBuilding(PreparedIfc prepared, const ImportOptions& options) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/ifc/ifc_building.h"
+#include "host/ifc/ifc_mesh_options.h"
 #include "host/ifc/ifc_progress.h"
 
 namespace obsidra::host::ifc {
@@ -53,9 +54,10 @@ struct PreparedIfc {
 };
 
 // progress hears the reading, parsing and meshing phases.
-PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& progress = {});
+PreparedIfc PrepareIfcFile(const std::string& path, const ProgressCallback& progress = {},
+                           const MeshOptions& mesh = {});
 PreparedIfc PrepareIfcText(std::string text, const std::string& name,
-                           const ProgressCallback& progress = {});
+                           const ProgressCallback& progress = {}, const MeshOptions& mesh = {});
 // Writes a prepared building below options.segment (progress hears the building phase); a
 // failed preparation gives its own result and leaves the scene as it was.
 ImportResult WriteIfcBuilding(PreparedIfc prepared, const ImportOptions& options = {});

@@ -128,31 +128,7 @@ private:
     static bool WriteProduct(const ProductData& p, const Classification& category,
                              std::vector<HC_KEY>& shells, std::string& error) {
         HC_Set_User_Options(UserOptions(p.ifcClass, p.name).c_str());
-        if (p.meshes.empty()) return true;
-        if (!IsIdentity(p.transform)) {
-            float matrix[16];
-            std::transform(p.transform.begin(), p.transform.end(), matrix,
-                           [](double v) { return static_cast<float>(v); });
-            HC_Set_Modelling_Matrix(matrix);
-        }
-        const Rgba segmentColour = ColourOf(p.meshes[MainPart(p.meshes)], category);
-        HC_Set_Color(ColourOptions(segmentColour).c_str());
-        for (const MeshPart& part : p.meshes) {
-            const HC_KEY shell =
-                HC_Insert_Shell(static_cast<int>(part.points.size()), part.points.data(),
-                                static_cast<int>(part.faces.size()), part.faces.data());
-            if (!shell) {
-                error = "the scene database refused a shell of " + p.ifcClass + " " + p.globalId;
-                return false;
-            }
-            shells.push_back(shell);
-            if (const Rgba colour = ColourOf(part, category); !(colour == segmentColour)) {
-                HC_Open_Geometry(shell);
-                HC_Set_Color(ColourOptions(colour).c_str());
-                HC_Close_Geometry();
-            }
-        }
-        return true;
+        return WriteProductGeometry(p, category, shells, error);
     }
 
     const ModelData& m_data;
@@ -164,6 +140,35 @@ private:
 };
 
 } // namespace
+
+bool WriteProductGeometry(const ProductData& p, const Classification& category,
+                          std::vector<HC_KEY>& shells, std::string& error) {
+    if (p.meshes.empty()) return true;
+    if (!IsIdentity(p.transform)) {
+        float matrix[16];
+        std::transform(p.transform.begin(), p.transform.end(), matrix,
+                       [](double v) { return static_cast<float>(v); });
+        HC_Set_Modelling_Matrix(matrix);
+    }
+    const Rgba segmentColour = ColourOf(p.meshes[MainPart(p.meshes)], category);
+    HC_Set_Color(ColourOptions(segmentColour).c_str());
+    for (const MeshPart& part : p.meshes) {
+        const HC_KEY shell =
+            HC_Insert_Shell(static_cast<int>(part.points.size()), part.points.data(),
+                            static_cast<int>(part.faces.size()), part.faces.data());
+        if (!shell) {
+            error = "the scene database refused a shell of " + p.ifcClass + " " + p.globalId;
+            return false;
+        }
+        shells.push_back(shell);
+        if (const Rgba colour = ColourOf(part, category); !(colour == segmentColour)) {
+            HC_Open_Geometry(shell);
+            HC_Set_Color(ColourOptions(colour).c_str());
+            HC_Close_Geometry();
+        }
+    }
+    return true;
+}
 
 bool FindImportTarget(const std::string& path, ImportTarget& target, std::string& error) {
     target = {path, 0, {}};

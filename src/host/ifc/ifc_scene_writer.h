@@ -37,6 +37,12 @@ bool WriteScene(const ImportTarget& target, const ModelData& data, const FloorPl
                 const std::vector<Classification>& classes, ImportProgress& progress,
                 SceneKeys& keys, std::string& error);
 
+// A product's placement, colours and shells (one per mesh part) into the open segment; the
+// category colours the parts the file leaves uncoloured. False, with the reason, when the
+// database refuses a shell.
+bool WriteProductGeometry(const ProductData& p, const Classification& category,
+                          std::vector<HC_KEY>& shells, std::string& error);
+
 // The colour option string of a colour: "faces=(r=0.902 g=0.871 b=0.784)", and for a
 // translucent one "faces=(diffuse=(r=... g=... b=...),transmission=(r=t g=t b=t))".
 std::string ColourOptions(const Rgba& colour);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/ifc/ifc_mesh_options.h"
 #include "host/ifc/ifc_model.h"
 #include "host/ifc/ifc_progress.h"
 
@@ -34,7 +35,8 @@ public:
 
     // Meshes the products of data (found by entity id) in their own coordinates, with their
     // placements and colours. False when cancelled.
-    bool Mesh(ModelData& data, ImportProgress& progress, SourceMessages& messages);
+    bool Mesh(ModelData& data, ImportProgress& progress, SourceMessages& messages,
+              const MeshOptions& options = {});
 
     struct State;
 

@@ -1,5 +1,7 @@
 // Meshing with IFC++'s geometry converter, product by product, so that an import can report
 // its progress and stop when cancelled.
+#include <chrono>
+#include <condition_variable>
 #include <ifcpp/IFC4/include/IfcMaterial.h>
 #include <ifcpp/IFC4/include/IfcMaterialConstituent.h>
 #include <ifcpp/IFC4/include/IfcMaterialConstituentSet.h>
@@ -15,9 +17,14 @@
 #include <ifcpp/IFC4/include/IfcTypeObject.h>
 #include <ifcpp/geometry/Carve/GeometryConverter.h>
 #include <map>
+#include <mutex>
+#include <thread>
 #include <unordered_map>
 
+#include "host/ifc/ifc_mesh_plan.h"
+#include "host/ifc/ifc_mesh_stream.h"
 #include "host/ifc/ifc_source_state.h"
+#include "host/ifc/ifc_worker_processes.h"
 
 namespace obsidra::host::ifc {
 
@@ -209,70 +216,275 @@ std::string ExceptionText(const std::exception_ptr& failure) {
     }
 }
 
+// Meshes chunks of products with one converter and its caches: one per process.
+class ChunkMesher {
+public:
+    ChunkMesher(shared_ptr<BuildingModel> model, const Relations& relations,
+                ImportProgress& progress)
+        : m_model(std::move(model)), m_converter(m_model), m_progress(progress),
+          m_materials(relations, *m_converter.getRepresentationConverter()->getStylesConverter()) {}
+    ~ChunkMesher() {
+        // The converter made itself the model's message target; the model outlives it.
+        m_model->setMessageTarget(nullptr);
+    }
+
+    // Openings are cut while each product is meshed; the parts of an element with openings (a
+    // window's panels) afterwards, once the element is meshed too, as IFC++'s own converter
+    // does. The chunk holds them all.
+    void Mesh(ModelData& data, const std::vector<int>& chunk, SourceMessages& messages) {
+        MessageSink sink(m_progress, messages, ImportPhase::Meshing);
+        sink.Attach(m_converter);
+        const auto& entities = m_model->getMapIfcEntities();
+        std::map<int, shared_ptr<ProductShapeData>>& shapes = m_converter.getShapeInputData();
+        for (int index : chunk) {
+            const ProductData& p = data.products[index];
+            const auto entity = entities.find(p.entityId);
+            if (entity == entities.end()) continue;
+            auto shape = make_shared<ProductShapeData>(p.entityId);
+            shape->m_ifc_object_definition =
+                dynamic_pointer_cast<IfcObjectDefinition>(entity->second);
+            try {
+                m_converter.convertIfcProductShape(shape);
+            } catch (...) {
+                messages.warnings.push_back("#" + std::to_string(p.entityId) + " " + p.ifcClass +
+                                            ": " + ExceptionText(std::current_exception()));
+            }
+            shapes[p.entityId] = shape;
+        }
+        // In the order of entity ids, as IFC++ cuts them.
+        std::vector<int> ids;
+        for (int index : chunk)
+            ids.push_back(data.products[index].entityId);
+        std::sort(ids.begin(), ids.end());
+        for (int id : ids) {
+            const auto shape = shapes.find(id);
+            if (shape == shapes.end() || !shape->second) continue;
+            try {
+                m_converter.subtractOpeningsInRelatedObjects(shape->second);
+            } catch (...) {
+                messages.warnings.push_back("#" + std::to_string(id) + ": " +
+                                            ExceptionText(std::current_exception()));
+            }
+        }
+        for (int index : chunk) {
+            ProductData& p = data.products[index];
+            const auto shape = shapes.find(p.entityId);
+            if (shape == shapes.end() || !shape->second) continue;
+            const carve::math::Matrix placement = shape->second->getTransform();
+            for (int row = 0; row < 4; ++row)
+                for (int column = 0; column < 4; ++column)
+                    p.transform[row * 4 + column] = placement.m[row][column];
+            TakeMeshes(*shape->second, m_materials.Of(p.entityId), p);
+        }
+        m_converter.unsetMessageCallBack();
+        m_converter.unsetCancelCheck();
+    }
+
+    // Shapes stay until the end: freeing them chunk by chunk leaves malloc a heap so broken up
+    // that meshing takes half as long again.
+    void ClearCaches() {
+        m_converter.getShapeInputData().clear();
+        m_converter.getRepresentationConverter()->getProfileCache()->clearProfileCache();
+    }
+
+private:
+    shared_ptr<BuildingModel> m_model;
+    GeometryConverter m_converter;
+    ImportProgress& m_progress;
+    MaterialColours m_materials;
+};
+
+// Products per chunk: small enough that the first ones show soon and that the processes end
+// close together, large enough that a frame's overhead stays small.
+std::size_t ChunkSize(std::size_t products) {
+    return std::clamp<std::size_t>(products / 64, 8, 128);
+}
+
+int WorkerCount(const MeshOptions& options, std::size_t chunks) {
+    const int wanted = options.workers > 0
+                           ? options.workers
+                           : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    return static_cast<int>(std::min<std::size_t>(wanted, chunks));
+}
+
+// What the children send, gathered by a reading thread per child; the importing thread takes
+// it between its own chunks.
+class Arrivals {
+public:
+    Arrivals(const std::vector<std::vector<int>>& chunks, ModelData& data)
+        : m_chunks(chunks), m_data(data) {}
+    ~Arrivals() { Join(); }
+
+    // The frames are decoded on the reading threads, each into the products of its own chunk,
+    // which no other thread touches until the chunk is handed over.
+    void Listen(const std::vector<int>& readEnds) {
+        m_open = static_cast<int>(readEnds.size());
+        for (int fd : readEnds)
+            m_readers.emplace_back([this, fd] {
+                std::string frame;
+                std::vector<std::string> warnings;
+                int chunk = -1;
+                while (ReadFrame(fd, frame) &&
+                       DecodeMeshed(frame, m_chunks, m_data, chunk, warnings)) {
+                    const std::lock_guard lock(m_mutex);
+                    m_arrived.push_back(chunk);
+                    m_warnings.insert(m_warnings.end(), std::make_move_iterator(warnings.begin()),
+                                      std::make_move_iterator(warnings.end()));
+                    warnings.clear();
+                    m_changed.notify_all();
+                }
+                const std::lock_guard lock(m_mutex);
+                --m_open;
+                m_changed.notify_all();
+            });
+    }
+
+    // The chunks arrived since the last call, after waiting up to wait for one; empty when
+    // none came. open tells whether any child may still send.
+    std::vector<int> Take(std::chrono::milliseconds wait, std::vector<std::string>& warnings,
+                          bool& open) {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait_for(lock, wait, [this] { return !m_arrived.empty() || m_open == 0; });
+        open = m_open > 0;
+        warnings.insert(warnings.end(), std::make_move_iterator(m_warnings.begin()),
+                        std::make_move_iterator(m_warnings.end()));
+        m_warnings.clear();
+        return std::exchange(m_arrived, {});
+    }
+
+    void Join() {
+        for (std::thread& reader : m_readers)
+            reader.join();
+        m_readers.clear();
+    }
+
+private:
+    const std::vector<std::vector<int>>& m_chunks;
+    ModelData& m_data;
+    std::vector<std::thread> m_readers;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<int> m_arrived;
+    std::vector<std::string> m_warnings;
+    int m_open = 0;
+};
+
 } // namespace
 
-bool IfcSource::Mesh(ModelData& data, ImportProgress& progress, SourceMessages& messages) {
-    MessageSink sink(progress, messages, ImportPhase::Meshing);
-    shared_ptr<BuildingModel> model = m_state->model;
-    GeometryConverter converter(model);
-    // The converter makes itself the model's message target; the model outlives it.
-    struct Detach {
-        BuildingModel& model;
-        ~Detach() { model.setMessageTarget(nullptr); }
-    } detach{*model};
-    sink.Attach(converter);
+// Meshing runs on several processes rather than threads: IFC++'s converters share caches
+// without locks unless it is built for OpenMP, and carve's boolean operations count on a plain
+// static. Each child has its own copy of the parsed model and its own converter; chunks go to
+// whichever process is free, so that a chunk full of openings does not hold up the rest.
+bool IfcSource::Mesh(ModelData& data, ImportProgress& progress, SourceMessages& messages,
+                     const MeshOptions& options) {
     carve::setEpsilon(kCarveEpsilonInMetres * m_state->lengthFactor);
+    const std::vector<std::vector<int>> chunks =
+        PlanMeshChunks(data, ChunkSize(data.products.size()));
+    SharedCounter next;
+    std::vector<char> done(chunks.size(), 0);
+    std::size_t doneCount = 0;
+    std::vector<std::string> told;
+    auto deliver = [&](int chunk) {
+        done[chunk] = 1;
+        ++doneCount;
+        if (options.meshed) options.meshed(data, chunks[chunk]);
+    };
+    auto report = [&] {
+        return progress.Report(ImportPhase::Meshing,
+                               0.95 * double(doneCount) / double(chunks.size()));
+    };
 
-    const auto& entities = model->getMapIfcEntities();
-    std::map<int, shared_ptr<ProductShapeData>>& shapes = converter.getShapeInputData();
-    const std::size_t count = data.products.size();
-    // Openings are cut while each product is meshed; parts of an element with openings (a
-    // window's panels) are cut afterwards, as IFC++'s own converter does.
-    for (std::size_t i = 0; i < count; ++i) {
-        const ProductData& p = data.products[i];
-        const auto entity = entities.find(p.entityId);
-        if (entity == entities.end()) continue;
-        auto shape = make_shared<ProductShapeData>(p.entityId);
-        shape->m_ifc_object_definition = dynamic_pointer_cast<IfcObjectDefinition>(entity->second);
-        try {
-            converter.convertIfcProductShape(shape);
-        } catch (...) {
-            messages.warnings.push_back("#" + std::to_string(p.entityId) + " " + p.ifcClass + ": " +
-                                        ExceptionText(std::current_exception()));
-        }
-        shapes[p.entityId] = shape;
-        if (i % 16 == 0 && !progress.Report(ImportPhase::Meshing, 0.9 * double(i) / count))
-            return false;
+    // Declared before the arrivals, so that the children are killed before their readers are
+    // joined when meshing ends early.
+    WorkerProcesses children;
+    Arrivals arrivals(chunks, data);
+    const int workers = WorkerCount(options, chunks.size());
+    if (workers > 1 && next.Shared()) {
+        const shared_ptr<BuildingModel> model = m_state->model;
+        const Relations& relations = m_state->relations;
+        children.Start(workers - 1, [&](int writeEnd) {
+            ImportProgress quiet(nullptr);
+            ChunkMesher mesher(model, relations, quiet);
+            std::string frame;
+            for (int chunk = next.Next(); chunk < static_cast<int>(chunks.size());
+                 chunk = next.Next()) {
+                SourceMessages chunkMessages;
+                mesher.Mesh(data, chunks[chunk], chunkMessages);
+                EncodeMeshed(data, chunk, chunks[chunk], chunkMessages.warnings, frame);
+                if (!WriteFrame(writeEnd, frame)) return 1;
+                for (int index : chunks[chunk])
+                    data.products[index].meshes = {};
+            }
+            return 0;
+        });
     }
-    for (auto& [id, shape] : shapes) {
-        try {
-            converter.subtractOpeningsInRelatedObjects(shape);
-        } catch (...) {
-            messages.warnings.push_back("#" + std::to_string(id) + ": " +
-                                        ExceptionText(std::current_exception()));
+    struct Stop {
+        WorkerProcesses& children;
+        Arrivals& arrivals;
+        ~Stop() {
+            children.Kill();
+            arrivals.Join();
         }
-    }
-    if (!progress.Report(ImportPhase::Meshing, 0.95)) return false;
+    } stop{children, arrivals};
+    arrivals.Listen(children.ReadEnds());
 
-    MaterialColours materials(m_state->relations,
-                              *converter.getRepresentationConverter()->getStylesConverter());
-    std::unordered_map<int, double> placementHeights;
-    for (ProductData& p : data.products) {
-        const auto shape = shapes.find(p.entityId);
-        if (shape == shapes.end() || !shape->second) continue;
-        const carve::math::Matrix placement = shape->second->getTransform();
-        for (int row = 0; row < 4; ++row)
-            for (int column = 0; column < 4; ++column)
-                p.transform[row * 4 + column] = placement.m[row][column];
-        placementHeights.emplace(p.entityId, placement.m[3][2]);
-        TakeMeshes(*shape->second, materials.Of(p.entityId), p);
+    ChunkMesher mesher(m_state->model, m_state->relations, progress);
+    // The importing process's warnings join the children's, to be counted together.
+    auto meshHere = [&](int chunk) {
+        SourceMessages chunkMessages;
+        mesher.Mesh(data, chunks[chunk], chunkMessages);
+        told.insert(told.end(), std::make_move_iterator(chunkMessages.warnings.begin()),
+                    std::make_move_iterator(chunkMessages.warnings.end()));
+        deliver(chunk);
+    };
+    auto takeArrived = [&](std::chrono::milliseconds wait) {
+        bool open = false;
+        for (int chunk : arrivals.Take(wait, told, open))
+            deliver(chunk);
+        return open;
+    };
+    using Clock = std::chrono::steady_clock;
+    Clock::duration longestChunk{};
+    for (int chunk = next.Next(); chunk < static_cast<int>(chunks.size()); chunk = next.Next()) {
+        const Clock::time_point start = Clock::now();
+        meshHere(chunk);
+        longestChunk = std::max(longestChunk, Clock::now() - start);
+        takeArrived(std::chrono::milliseconds(0));
+        if (!report()) return false;
     }
+    // A child that sends nothing for far longer than any chunk took here is stuck (a lock held
+    // by another thread of the parent when it forked, say): it is ended, and its chunks are
+    // meshed below.
+    const Clock::duration patience =
+        std::max<Clock::duration>(std::chrono::seconds(5), 20 * longestChunk);
+    Clock::time_point lastNews = Clock::now();
+    for (std::size_t before = doneCount; takeArrived(std::chrono::milliseconds(50));
+         before = doneCount) {
+        if (!report()) return false;
+        if (doneCount != before)
+            lastNews = Clock::now();
+        else if (Clock::now() - lastNews > patience)
+            children.Kill();
+    }
+    arrivals.Join();
+    children.Wait();
+    // Chunks that a child took but never sent (it failed or was stuck) are meshed here.
+    for (std::size_t chunk = 0; chunk < chunks.size(); ++chunk) {
+        if (done[chunk]) continue;
+        meshHere(static_cast<int>(chunk));
+        if (!report()) return false;
+    }
+    mesher.ClearCaches();
+    WarningTally tally(kMaxMessagesKept);
+    for (std::string& warning : told)
+        tally.Add(std::move(warning));
+    for (std::string& line : tally.Lines())
+        messages.warnings.push_back(std::move(line));
+
     for (StoreyData& storey : data.storeys)
         if (!storey.hasElevation)
-            if (const auto height = placementHeights.find(storey.entityId);
-                height != placementHeights.end())
-                storey.elevation = height->second;
-    converter.getRepresentationConverter()->getProfileCache()->clearProfileCache();
+            for (const ProductData& p : data.products)
+                if (p.entityId == storey.entityId) storey.elevation = p.transform[14];
     return progress.Report(ImportPhase::Meshing, 1.0);
 }
 

@@ -40,11 +40,56 @@ private:
     std::optional<ifc::IfcBuilding> m_building;
 };
 
+// Products as they come from the meshing, with their placements and colours only.
+class IfcPreview final : public PreviewPart {
+public:
+    void Add(const ifc::ProductData& p, const ifc::Classification& category) {
+        ifc::ProductData& copy = m_products.emplace_back();
+        copy.ifcClass = p.ifcClass;
+        copy.globalId = p.globalId;
+        copy.transform = p.transform;
+        copy.meshes = p.meshes;
+        m_categories.push_back(category);
+    }
+    bool Empty() const { return m_products.empty(); }
+
+    void Write(HC_KEY segment) override {
+        HC_Open_Segment_By_Key(segment);
+        std::vector<HC_KEY> shells;
+        std::string error;
+        // What the database refuses here it refuses again when the file is written, and says
+        // so then.
+        for (std::size_t i = 0; i < m_products.size(); ++i) {
+            HC_Open_Segment("");
+            ifc::WriteProductGeometry(m_products[i], m_categories[i], shells, error);
+            HC_Close_Segment();
+        }
+        HC_Close_Segment();
+    }
+
+private:
+    std::vector<ifc::ProductData> m_products;
+    std::vector<ifc::Classification> m_categories;
+};
+
 } // namespace
 
-SceneReadResult ReadIfcFile(const std::string& path, const ReadProgress& progress) {
+SceneReadResult ReadIfcFile(const std::string& path, const ReadProgress& progress,
+                            const ReadPreview& preview) {
+    ifc::MeshOptions mesh;
+    std::vector<ifc::Classification> categories;
+    if (preview)
+        mesh.meshed = [&](const ifc::ModelData& model, const std::vector<int>& products) {
+            if (categories.empty()) categories = ifc::ClassifyProducts(model);
+            auto part = std::make_unique<IfcPreview>();
+            for (int index : products)
+                if (!model.products[index].meshes.empty())
+                    part->Add(model.products[index], categories[index]);
+            if (!part->Empty()) preview(std::move(part));
+        };
     ifc::PreparedIfc prepared = ifc::PrepareIfcFile(
-        path, [&progress](ifc::ImportPhase, double done) { return !progress || progress(done); });
+        path, [&progress](ifc::ImportPhase, double done) { return !progress || progress(done); },
+        mesh);
     SceneReadResult result;
     if (prepared.model) {
         result.scene = std::make_unique<PendingIfc>(std::move(prepared));

@@ -123,6 +123,7 @@ void MainWindow::OpenFile(const QString& path) {
     }
     m_loader = new SceneLoader(path, this);
     connect(m_loader, &SceneLoader::Progress, m_progress, &QProgressBar::setValue);
+    connect(m_loader, &SceneLoader::PreviewReady, this, &MainWindow::ShowPreview);
     connect(m_loader, &SceneLoader::Finished, this, &MainWindow::OnLoadFinished);
     m_status->setText("Loading " + path);
     m_progress->setValue(0);
@@ -138,6 +139,7 @@ void MainWindow::CancelLoading() {
 void MainWindow::OnLoadFinished() {
     SceneLoader* loader = std::exchange(m_loader, nullptr);
     loader->deleteLater();
+    EndPreview();
     m_progress->hide();
     m_cancel->hide();
     SceneReadResult result = loader->TakeResult();
@@ -151,6 +153,43 @@ void MainWindow::OnLoadFinished() {
         Report(Outcome::Failed, QString::fromStdString(error), {});
     }
     UpdateTools();
+}
+
+void MainWindow::ShowPreview() {
+    if (!m_loader) return; // a late notice of a load that has ended
+    std::vector<std::unique_ptr<PreviewPart>> parts = m_loader->TakePreviews();
+    if (parts.empty()) return;
+    if (!m_previewSegment) {
+        HC_Open_Segment_By_Key(m_model.GetModelKey());
+        m_previewSegment = HC_Create_Segment("");
+        HC_Close_Segment();
+        if (m_sceneSegment) {
+            HC_Open_Segment_By_Key(m_sceneSegment);
+            char visibility[HC_TEXT_MAX] = "";
+            if (HC_Show_Existence("visibility") > 0) HC_Show_Visibility(visibility);
+            m_hiddenSceneVisibility = visibility;
+            HC_Set_Visibility("off");
+            HC_Close_Segment();
+        }
+    }
+    for (const std::unique_ptr<PreviewPart>& part : parts)
+        part->Write(m_previewSegment);
+    // The camera follows the building as it grows.
+    m_view->FitAll();
+    emit PreviewShown();
+}
+
+// The preview goes whatever the load's end: the file's own scene takes its place, or the open
+// scene comes back as it was.
+void MainWindow::EndPreview() {
+    if (!m_previewSegment) return;
+    HC_Delete_By_Key(std::exchange(m_previewSegment, 0));
+    if (!m_sceneSegment) return;
+    HC_Open_Segment_By_Key(m_sceneSegment);
+    HC_UnSet_Visibility();
+    if (!m_hiddenSceneVisibility.empty()) HC_Set_Visibility(m_hiddenSceneVisibility.c_str());
+    HC_Close_Segment();
+    m_view->View()->Update();
 }
 
 // The new scene is written beside the old one and takes its place only when it is whole, so a

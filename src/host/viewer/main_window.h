@@ -35,7 +35,8 @@ public:
     ~MainWindow() override;
 
     // Starts reading the file on a worker thread; the open scene is replaced once the file has
-    // been read, and stays when it cannot be. Ignored while another file is loading.
+    // been read, and stays when it cannot be. Ignored while another file is loading. A building
+    // shows storey by storey as it is meshed, the open scene hidden meanwhile.
     void OpenFile(const QString& path);
     bool IsLoading() const { return m_loader != nullptr; }
     void CancelLoading();
@@ -43,6 +44,8 @@ public:
     view::SceneViewWidget* View() const { return m_view; }
     // The segment that holds the open file's scene, below the model; 0 before the first.
     HC_KEY SceneSegment() const { return m_sceneSegment; }
+    // The scratch segment that shows a building while it loads, below the model; 0 when none.
+    HC_KEY PreviewSegment() const { return m_previewSegment; }
     // The open building's component host; null when the open file is not an IFC building.
     ifc::IfcComponentHost* Building() const { return m_building.get(); }
     const DialogModule& Module() const { return m_module; }
@@ -50,6 +53,8 @@ public:
 signals:
     // A load ended: opened, or not (message says why, or that it was cancelled).
     void LoadFinished(bool opened, const QString& message);
+    // More of the loading file shows in the preview segment.
+    void PreviewShown();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -62,6 +67,8 @@ private:
 
     void BuildMenus();
     void OnLoadFinished();
+    void ShowPreview();
+    void EndPreview();
     bool ReplaceScene(PendingScene& pending, const QString& path, std::string& error);
     enum class Outcome { Opened, Cancelled, Failed };
     void Report(Outcome outcome, const QString& message, const std::vector<std::string>& warnings);
@@ -77,6 +84,8 @@ private:
     QString m_moduleError;
     std::unique_ptr<ifc::IfcComponentHost> m_building;
     HC_KEY m_sceneSegment = 0;
+    HC_KEY m_previewSegment = 0;
+    std::string m_hiddenSceneVisibility; // the open scene's own, while a preview hides it
     SceneLoader* m_loader = nullptr;
 
     QMenu* m_recentMenu = nullptr;

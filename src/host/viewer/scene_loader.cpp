@@ -16,18 +16,33 @@ SceneLoader::~SceneLoader() {
 void SceneLoader::Start() {
     m_thread = QThread::create([this] {
         const std::string path = m_path.toStdString();
-        m_result = ReadSceneFile(path, [this](double fraction) {
-            // A report per whole percent, so that a fast reader does not flood the event loop.
-            const int percent = static_cast<int>(fraction * 100);
-            if (m_percent.exchange(percent) != percent)
-                QMetaObject::invokeMethod(
-                    this, [this, percent] { emit Progress(percent); }, Qt::QueuedConnection);
-            return !m_cancel;
-        });
+        m_result = ReadSceneFile(
+            path,
+            [this](double fraction) {
+                // A report per whole percent, so that a fast reader does not flood the event loop.
+                const int percent = static_cast<int>(fraction * 100);
+                if (m_percent.exchange(percent) != percent)
+                    QMetaObject::invokeMethod(
+                        this, [this, percent] { emit Progress(percent); }, Qt::QueuedConnection);
+                return !m_cancel;
+            },
+            [this](std::unique_ptr<PreviewPart> part) {
+                const std::lock_guard lock(m_previewMutex);
+                m_previews.push_back(std::move(part));
+                // One notice for the previews that gather while the window is busy.
+                if (m_previews.size() == 1)
+                    QMetaObject::invokeMethod(
+                        this, [this] { emit PreviewReady(); }, Qt::QueuedConnection);
+            });
     });
     m_thread->setParent(this);
     connect(m_thread, &QThread::finished, this, &SceneLoader::Finished);
     m_thread->start();
+}
+
+std::vector<std::unique_ptr<PreviewPart>> SceneLoader::TakePreviews() {
+    const std::lock_guard lock(m_previewMutex);
+    return std::exchange(m_previews, {});
 }
 
 } // namespace obsidra::host::viewer

@@ -5,6 +5,9 @@
 #include <QObject>
 #include <QString>
 #include <atomic>
+#include <memory>
+#include <mutex>
+#include <vector>
 
 #include "host/viewer/scene_reader.h"
 
@@ -26,9 +29,13 @@ public:
     void Cancel() { m_cancel = true; }
     // The result, once Finished was emitted.
     SceneReadResult TakeResult() { return std::move(m_result); }
+    // The previews read since the last call, oldest first.
+    std::vector<std::unique_ptr<PreviewPart>> TakePreviews();
 
 signals:
     void Progress(int percent);
+    // A preview is ready to be taken.
+    void PreviewReady();
     void Finished();
 
 private:
@@ -37,6 +44,8 @@ private:
     std::atomic<bool> m_cancel{false};
     std::atomic<int> m_percent{-1};
     SceneReadResult m_result;
+    std::mutex m_previewMutex;
+    std::vector<std::unique_ptr<PreviewPart>> m_previews;
 };
 
 } // namespace obsidra::host::viewer

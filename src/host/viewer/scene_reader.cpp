@@ -63,9 +63,10 @@ SceneReadResult ReadMesh(const std::string& path, const ReadProgress& progress) 
 
 } // namespace
 
-SceneReadResult ReadSceneFile(const std::string& path, const ReadProgress& progress) {
+SceneReadResult ReadSceneFile(const std::string& path, const ReadProgress& progress,
+                              const ReadPreview& preview) {
     const std::string extension = LowerExtension(path);
-    if (extension == "ifc") return ReadIfcFile(path, progress);
+    if (extension == "ifc") return ReadIfcFile(path, progress, preview);
     if (extension != "hmf") return ReadMesh(path, progress);
     SceneReadResult result;
     std::error_code code;

@@ -44,12 +44,27 @@ struct SceneReadResult {
 // Told the fraction done (0 to 1); returns false to cancel.
 using ReadProgress = std::function<bool(double fraction)>;
 
+// Geometry read before the whole file is: shown while the rest is read, then thrown away,
+// since the file's own scene takes its place or the load fails.
+class PreviewPart {
+public:
+    virtual ~PreviewPart() = default;
+    // Into segment, a scratch segment of the window's, on the database's thread.
+    virtual void Write(HC_KEY segment) = 0;
+};
+
+// Told, on the reading thread, of each part as it is ready.
+using ReadPreview = std::function<void(std::unique_ptr<PreviewPart> part)>;
+
 // Reads a metafile (.hmf), an IFC building (.ifc) or any mesh format assimp knows, by the
-// file name's extension. Touches no scene: safe on any thread.
-SceneReadResult ReadSceneFile(const std::string& path, const ReadProgress& progress = {});
+// file name's extension. Touches no scene: safe on any thread. Only a building gives
+// previews, storey by storey as its products are meshed.
+SceneReadResult ReadSceneFile(const std::string& path, const ReadProgress& progress = {},
+                              const ReadPreview& preview = {});
 
 // An IFC building parsed and meshed, to be written as ImportIfcFile would write it.
-SceneReadResult ReadIfcFile(const std::string& path, const ReadProgress& progress);
+SceneReadResult ReadIfcFile(const std::string& path, const ReadProgress& progress,
+                            const ReadPreview& preview = {});
 
 // Every extension ReadSceneFile reads, lower case, without the dot.
 std::vector<std::string> SceneFileExtensions();
