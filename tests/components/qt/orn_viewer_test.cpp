@@ -196,12 +196,6 @@ TEST(OrnViewerWithoutProjects, ShowsOnlyTheRoot) {
     EXPECT_EQ(empty.RedrawCount(), 1);
 }
 
-} // namespace
-} // namespace obsidra::components::qt
-
-namespace obsidra::components::qt {
-namespace {
-
 // Typing narrows the tree to the hits and their ancestors, all open; clearing brings back the
 // rows that were open, with the node picked meanwhile still selected.
 TEST_F(OrnViewerTest, TheFilterBoxNarrowsTheTreeAndClearingRestoresIt) {
@@ -227,12 +221,6 @@ TEST_F(OrnViewerTest, TheFilterBoxNarrowsTheTreeAndClearingRestoresIt) {
     EXPECT_EQ(Tree()->Model()->NodeOf(Tree()->currentIndex()), sample::FindNode(Model(), kWallA));
     EXPECT_EQ(Model().Selected(), sample::FindNode(Model(), kWallA));
 }
-
-} // namespace
-} // namespace obsidra::components::qt
-
-namespace obsidra::components::qt {
-namespace {
 
 // The right button offers the three commands on the node under it; choosing one acts at once.
 TEST_F(OrnViewerTest, TheContextMenuIsolatesXRaysAndShowsAll) {
