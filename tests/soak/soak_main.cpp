@@ -177,14 +177,14 @@ public:
                 // and pastes into a segment's own subtree double it, and loads with followed
                 // includes add to the library each time: past a size the scene starts again, or
                 // every step would take longer than the last.
-                const int objects = Objects();
+                const int objects = Count(HC_Create_Segment("/"), "everything");
                 if (!IsSegment(m_session->ModelKey()) || objects > kMaxObjects) {
                     m_session.reset();
                     HC_Reset_System();
                     ++restarts;
                     m_session = std::make_unique<TreeSession>();
                 }
-                if (Segments() < 5) Grow();
+                if (Count(m_session->ModelKey(), "segments") < 5) Grow();
                 return step.name;
             }
             pick -= step.weight;
@@ -248,18 +248,10 @@ private:
     }
     static constexpr int kMaxObjects = 20000;
 
-    int Objects() {
-        HC_Open_Segment("/");
-        HC_Begin_Contents_Search("...", "everything");
-        int count = 0;
-        HC_Show_Contents_Count(&count);
-        HC_End_Contents_Search();
-        HC_Close_Segment();
-        return count;
-    }
-    int Segments() {
-        HC_Open_Segment_By_Key(m_session->ModelKey());
-        HC_Begin_Contents_Search("...", "segments");
+    // How many things of the types lie in the segment and below it.
+    static int Count(HC_KEY segment, const char* types) {
+        HC_Open_Segment_By_Key(segment);
+        HC_Begin_Contents_Search("...", types);
         int count = 0;
         HC_Show_Contents_Count(&count);
         HC_End_Contents_Search();
