@@ -32,26 +32,20 @@ TEST_F(CommandsTest, AttributeLinesAreAddedEditedShownNetAndUndefined) {
     EXPECT_EQ(Tree().GetNetAttributeText(part, "COLOR"), "edges=blue");
 }
 
-TEST_F(CommandsTest, DeletingTheLastSegmentOfAPageRebuildsThePages) {
-    OpenModelPath(ModelKey());
-    for (int i = 0; i < 1001; ++i)
-        HC_Create_Segment(("s" + std::to_string(i)).c_str());
-    Close();
-    TreeGraphItem* top = Expand(Top());
-    TreeGraphItem* lastPage = Expand(top->GetLastChild());
-    ASSERT_EQ(lastPage->GetChildCount(), 1u);
-    HC_KEY doomed = lastPage->GetFirstChild()->GetKey();
-    EXPECT_TRUE(Tree().DeleteNode(lastPage->GetFirstChild()));
-    EXPECT_FALSE(IsAlive(doomed));
-    EXPECT_EQ(top->GetChildCount(), 1000u);
-    EXPECT_STREQ(top->GetFirstChild()->GetLabel(), "s0");
-
-    EXPECT_FALSE(Tree().DeleteNode(nullptr));
+// Pages are rebuilt when the last segment of one goes: see the delete and cut commands.
+TEST_F(CommandsTest, DeleteNodeDeletesSegmentsButNotGroupingNodes) {
     OpenModelPath(ModelKey());
     Triangle();
+    HC_Create_Segment("doomed");
     Close();
-    Expand(top);
+    TreeGraphItem* top = Expand(Top());
+    ASSERT_EQ(Labels(top), (std::vector<std::string>{"GEOMETRY", "doomed"}));
+    const HC_KEY doomed = top->GetLastChild()->GetKey();
+    EXPECT_FALSE(Tree().DeleteNode(nullptr));
     EXPECT_FALSE(Tree().DeleteNode(top->GetFirstChild())) << "a grouping node stays";
+    EXPECT_TRUE(Tree().DeleteNode(top->GetLastChild()));
+    EXPECT_FALSE(IsAlive(doomed));
+    EXPECT_EQ(Labels(top), (std::vector<std::string>{"GEOMETRY"}));
 }
 
 TEST_F(CommandsTest, FlushChildrenAndLinksShowAtOnce) {
