@@ -4,7 +4,39 @@ using namespace obsidra::scenetree;
 
 namespace {
 
-using ExpansionTest = SegmentTreeTest;
+class ExpansionTest : public SegmentTreeTest {
+protected:
+    struct Everything {
+        HC_KEY all, a, include, style, named;
+    };
+    // "all" in the model: one thing of every group (a shell with a colour of its own, a
+    // reference to a segment and one to the shell), then the subsegments a and b.
+    Everything BuildEverything() {
+        HC_Open_Segment("/library/part");
+        Triangle();
+        HC_KEY part = HC_Create_Segment(".");
+        Close();
+        OpenModelPath(ModelKey(), "all");
+        HC_Set_Heuristics("static model");
+        HC_POINT line[] = {{0, 0, 0}, {1, 1, 1}};
+        HC_Insert_Polyline(2, line);
+        HC_KEY shell = Triangle();
+        HC_Open_Geometry(shell);
+        HC_Set_Color("faces=red");
+        HC_Close_Geometry();
+        HC_Define_Local_Texture("wood", "source=oak");
+        Everything made{HC_Create_Segment("."), 0, HC_Include_Segment("/library/part"),
+                        HC_Conditional_Style("/library/part", "night"), 0};
+        HC_Define_Named_Style("red", "/library/part");
+        made.named = HC_Named_Style_Segment("red");
+        HC_Reference_Geometry_By_Key(part);
+        HC_Reference_Geometry_By_Key(shell);
+        made.a = HC_Create_Segment("a");
+        HC_Create_Segment("b");
+        Close(2);
+        return made;
+    }
+};
 
 TEST_F(ExpansionTest, ConstructionMakesTheRootAndTheTopNodeOfTheModel) {
     HoopsSegmentTree& tree = MakeTree();
@@ -27,28 +59,8 @@ TEST_F(ExpansionTest, ConstructionMakesTheRootAndTheTopNodeOfTheModel) {
     EXPECT_TRUE(Shown(fromRoot.GetTopNode())->HasChildren());
 }
 
-// Builds a segment that holds one thing of every group, then two subsegments.
 TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
-    HC_Open_Segment("/library/part");
-    Triangle();
-    HC_KEY part = HC_Create_Segment(".");
-    Close();
-    OpenModelPath(ModelKey(), "all");
-    HC_Set_Heuristics("static model");
-    HC_POINT line[] = {{0, 0, 0}, {1, 1, 1}};
-    HC_Insert_Polyline(2, line);
-    Triangle();
-    HC_Define_Local_Texture("wood", "source=oak");
-    HC_KEY include = HC_Include_Segment("/library/part");
-    HC_KEY style = HC_Conditional_Style("/library/part", "night");
-    HC_Define_Named_Style("red", "/library/part");
-    HC_KEY named = HC_Named_Style_Segment("red");
-    HC_Reference_Geometry_By_Key(part);
-    HC_KEY all = HC_Create_Segment(".");
-    HC_KEY a = HC_Create_Segment("a");
-    HC_Create_Segment("b");
-    Close(2);
-
+    const auto [all, a, include, style, named] = BuildEverything();
     TreeGraphItem* node = Open(Expand(Top()), "all");
     EXPECT_EQ(Labels(node),
               (std::vector<std::string>{"STATIC_TREE", "GEOMETRY", "DEFINES", "INCLUDES", "STYLES",
@@ -107,23 +119,7 @@ TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
 // Each node is reached by the labels on its way down from the top node, "*" standing for the
 // first child; what it is comes from its data, so a view may relabel it freely.
 TEST_F(ExpansionTest, EveryNodeKeepsItsKindAsData) {
-    HC_KEY part = HC_Create_Segment("/library/part");
-    OpenModelPath(ModelKey(), "all");
-    HC_Set_Heuristics("static model");
-    HC_KEY shell = Triangle();
-    HC_Open_Geometry(shell);
-    HC_Set_Color("faces=red");
-    HC_Close_Geometry();
-    HC_Define_Local_Texture("wood", "source=oak");
-    HC_Include_Segment("/library/part");
-    HC_Style_Segment("/library/part");
-    HC_Define_Named_Style("red", "/library/part");
-    HC_Named_Style_Segment("red");
-    HC_Reference_Geometry_By_Key(part);
-    HC_Reference_Geometry_By_Key(shell);
-    HC_Create_Segment("a");
-    Close(2);
-
+    BuildEverything();
     const struct {
         std::vector<std::string> path;
         NodeKind kind;
@@ -205,10 +201,7 @@ class PagingTest : public SegmentTreeTest, public ::testing::WithParamInterface<
 
 TEST_P(PagingTest, LongListsOfSubsegmentsComeInPagesOfAThousand) {
     const PagingRow& row = GetParam();
-    OpenModelPath(ModelKey());
-    for (int i = 0; i < row.subsegments; ++i)
-        HC_Create_Segment(("s" + std::to_string(i)).c_str());
-    Close();
+    MakeNumbered(row.subsegments);
     TreeGraphItem* top = Expand(Top());
     if (row.pages.empty()) {
         ASSERT_EQ(top->GetChildCount(), static_cast<size_t>(row.subsegments));
@@ -250,10 +243,7 @@ TEST_F(ExpansionTest, DirectListingsShowOriginalKeysAndPagesTheKeysAsListed) {
     Close();
     EXPECT_EQ(Expand(Top())->GetFirstChild()->GetKey(), renamed);
 
-    OpenModelPath(ModelKey());
-    for (int i = 0; i < 1000; ++i)
-        HC_Create_Segment(("s" + std::to_string(i)).c_str());
-    Close();
+    MakeNumbered(1000);
     TreeGraphItem* page = Expand(Expand(Top())->GetFirstChild());
     EXPECT_STREQ(page->GetFirstChild()->GetLabel(), "renumbered");
     EXPECT_EQ(page->GetFirstChild()->GetKey(), 77);

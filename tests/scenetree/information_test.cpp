@@ -16,9 +16,7 @@ TEST_F(InformationTest, ASegmentShowsItsPathKeyAttributesCensusAndBounds) {
     HC_Insert_Shell(6, points, 10, faces);
     HC_KEY walls = HC_Create_Segment(".");
     Close(2);
-    OpenModelPath(ModelKey(), "empty");
-    HC_KEY empty = HC_Create_Segment(".");
-    Close(2);
+    HC_KEY empty = Make("empty");
     m_graph.OnSelectItem(Open(Expand(Top()), "walls"));
     EXPECT_EQ(m_graph.Messages(),
               (std::vector<std::string>{
@@ -140,13 +138,7 @@ TEST_F(InformationTest, SelectionStateFollowsTheViewsSelectionThroughIncludes) {
 }
 
 TEST_F(InformationTest, APageIsSelectedWhenItsRangeHoldsASelectedSegment) {
-    OpenModelPath(ModelKey());
-    HC_KEY picked = 0;
-    for (int i = 0; i < 1500; ++i) {
-        HC_KEY key = HC_Create_Segment(("s" + std::to_string(i)).c_str());
-        if (i == 1200) picked = key;
-    }
-    Close();
+    const HC_KEY picked = MakeNumbered(1500)[1200];
     m_view->GetSelection()->Select(picked);
     TreeGraphItem* top = Expand(Top());
     EXPECT_FALSE(Shown(top->GetFirstChild())->Highlighted());
@@ -173,9 +165,7 @@ TEST_F(InformationTest, ShowBoundingPassesTheIncludePathToTheView) {
 }
 
 TEST_F(InformationTest, EditingASegmentLabelRenamesTheSegment) {
-    OpenModelPath(ModelKey());
-    HC_KEY old = HC_Create_Segment("old");
-    Close();
+    HC_KEY old = Make("old");
     TreeGraphItem* node = Expand(Top())->GetFirstChild();
     m_graph.OnEndLabelEdit(node, "new");
     EXPECT_STREQ(node->GetLabel(), "new");

@@ -65,12 +65,6 @@ protected:
     void Answer(std::string text) {
         m_host.edit = [text](const std::string&) { return text; };
     }
-    HC_KEY Make(const char* name) {
-        OpenModelPath(ModelKey());
-        const HC_KEY key = HC_Open_Segment(name);
-        Close(2);
-        return key;
-    }
     ScriptedHost m_host;
 };
 
@@ -114,9 +108,8 @@ TEST_F(SegmentCommandsTest, TakingTheOnlyChildOffAPageRebuildsThePages) {
     for (int command : {kCmdDeleteSegment, kCmdCutSegment}) {
         OpenModelPath(ModelKey());
         HC_Flush_Contents(".", "everything");
-        for (int i = 0; i < 1001; ++i)
-            HC_Create_Segment(("s" + std::to_string(i)).c_str());
         Close();
+        MakeNumbered(1001);
         TreeGraphItem* top = Expand(MakeTree().GetTopNode());
         TreeGraphItem* lastPage = Expand(top->GetLastChild());
         ASSERT_EQ(lastPage->GetChildCount(), 1u);
