@@ -28,7 +28,7 @@ TEST_F(CommandsTest, AttributeLinesAreAddedEditedShownNetAndUndefined) {
     EXPECT_EQ(Tree().AddAttribute(part, -1, "NO SUCH ATTRIBUTE"), nullptr);
 
     EXPECT_TRUE(Tree().UndefineAttribute(line));
-    EXPECT_EQ(Labels(part), (std::vector<std::string>{"MARKER SIZE: "}));
+    EXPECT_EQ(Labels(part), (Strings{"MARKER SIZE: "}));
     EXPECT_EQ(Tree().GetNetAttributeText(part, "COLOR"), "edges=blue");
 }
 
@@ -39,13 +39,13 @@ TEST_F(CommandsTest, DeleteNodeDeletesSegmentsButNotGroupingNodes) {
     HC_Create_Segment("doomed");
     Close();
     TreeGraphItem* top = Expand(Top());
-    ASSERT_EQ(Labels(top), (std::vector<std::string>{"GEOMETRY", "doomed"}));
+    ASSERT_EQ(Labels(top), (Strings{"GEOMETRY", "doomed"}));
     const HC_KEY doomed = top->GetLastChild()->GetKey();
     EXPECT_FALSE(Tree().DeleteNode(nullptr));
     EXPECT_FALSE(Tree().DeleteNode(top->GetFirstChild())) << "a grouping node stays";
     EXPECT_TRUE(Tree().DeleteNode(top->GetLastChild()));
     EXPECT_FALSE(IsAlive(doomed));
-    EXPECT_EQ(Labels(top), (std::vector<std::string>{"GEOMETRY"}));
+    EXPECT_EQ(Labels(top), (Strings{"GEOMETRY"}));
 }
 
 // The commands add the first link of a kind by refreshing the node; a second one goes into
@@ -66,8 +66,8 @@ TEST_F(CommandsTest, ALinkJoinsItsGroupOnceThereIsOne) {
     TreeGraphItem* inserted = Tree().InsertStyleOrIncludeNode(second, part);
     ASSERT_NE(inserted, nullptr);
     EXPECT_EQ(inserted->GetParent(), includes);
-    EXPECT_EQ(Labels(includes), (std::vector<std::string>{KeyHex(first) + " - /library/a",
-                                                          KeyHex(second) + " - /library/a"}));
+    EXPECT_EQ(Labels(includes),
+              (Strings{KeyHex(first) + " - /library/a", KeyHex(second) + " - /library/a"}));
 }
 
 TEST_F(CommandsTest, EditTextsGoBackThroughTheirDescriptors) {

@@ -62,9 +62,8 @@ TEST_F(ExpansionTest, ConstructionMakesTheRootAndTheTopNodeOfTheModel) {
 TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
     const auto [all, a, include, style, named] = BuildEverything();
     TreeGraphItem* node = Open(Expand(Top()), "all");
-    EXPECT_EQ(Labels(node),
-              (std::vector<std::string>{"STATIC_TREE", "GEOMETRY", "DEFINES", "INCLUDES", "STYLES",
-                                        "NAMED STYLES", "REFERENCES", "a", "b"}));
+    EXPECT_EQ(Labels(node), (Strings{"STATIC_TREE", "GEOMETRY", "DEFINES", "INCLUDES", "STYLES",
+                                     "NAMED STYLES", "REFERENCES", "a", "b"}));
     struct Row {
         const char* label;
         HC_KEY key;
@@ -94,19 +93,17 @@ TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
         child = child->GetNextSibling();
     }
 
-    EXPECT_EQ(Labels(Open(node, "GEOMETRY")), (std::vector<std::string>{"SHELL", "POLYLINE"}));
-    EXPECT_EQ(Labels(Open(node, "DEFINES")),
-              (std::vector<std::string>{"LOCAL TEXTURE", "NAMED STYLE DEFINITION"}));
-    EXPECT_EQ(Labels(Open(node, "INCLUDES")),
-              (std::vector<std::string>{KeyHex(include) + " - /library/part"}));
+    EXPECT_EQ(Labels(Open(node, "GEOMETRY")), (Strings{"SHELL", "POLYLINE"}));
+    EXPECT_EQ(Labels(Open(node, "DEFINES")), (Strings{"LOCAL TEXTURE", "NAMED STYLE DEFINITION"}));
+    EXPECT_EQ(Labels(Open(node, "INCLUDES")), (Strings{KeyHex(include) + " - /library/part"}));
     EXPECT_EQ(Labels(Open(node, "STYLES")),
-              (std::vector<std::string>{KeyHex(style) + " - /library/part (Condition: night)"}));
+              (Strings{KeyHex(style) + " - /library/part (Condition: night)"}));
     TreeGraphItem* named_styles = Open(node, "NAMED STYLES");
-    EXPECT_EQ(Labels(named_styles), (std::vector<std::string>{KeyHex(named) + " - red"}));
+    EXPECT_EQ(Labels(named_styles), (Strings{KeyHex(named) + " - red"}));
     EXPECT_FALSE(Shown(named_styles->GetFirstChild())->HasChildren());
     TreeGraphItem* includeNode = Open(node, "INCLUDES")->GetFirstChild();
     EXPECT_TRUE(Shown(includeNode)->HasChildren());
-    EXPECT_EQ(Labels(Expand(includeNode)), (std::vector<std::string>{"part"}));
+    EXPECT_EQ(Labels(Expand(includeNode)), (Strings{"part"}));
 
     TreeGraphItem* staticTree = Open(node, "STATIC_TREE");
     EXPECT_TRUE(staticTree->GetExpandedMark());
@@ -173,22 +170,21 @@ TEST_F(ExpansionTest, GeometryKindsListTheirItemsAndItemsTheirAttributes) {
     Close();
 
     TreeGraphItem* geometry = Open(Expand(Top()), "GEOMETRY");
-    EXPECT_EQ(Labels(geometry), (std::vector<std::string>{"SHELL", "TEXT"}));
+    EXPECT_EQ(Labels(geometry), (Strings{"SHELL", "TEXT"}));
     TreeGraphItem* shells = Open(geometry, "SHELL");
     const std::string shell = "Points:3, 1 Faces in 1 Tristrips, LODS:0";
-    EXPECT_EQ(Labels(shells), (std::vector<std::string>{KeyHex(first) + " - " + shell,
-                                                        KeyHex(second) + " - " + shell}));
+    EXPECT_EQ(Labels(shells),
+              (Strings{KeyHex(first) + " - " + shell, KeyHex(second) + " - " + shell}));
     EXPECT_EQ(shells->GetFirstChild()->GetKey(), first);
     EXPECT_EQ(shells->GetFirstChild()->GetSelectionClass(), kClassGeometry);
     EXPECT_FALSE(Shown(shells->GetFirstChild())->HasChildren());
     TreeGraphItem* withAttributes = shells->GetLastChild();
     EXPECT_TRUE(Shown(withAttributes)->HasChildren());
     EXPECT_EQ(Labels(Expand(withAttributes)),
-              (std::vector<std::string>{"COLOR: faces=red", "USER OPTIONS: tag=door"}));
+              (Strings{"COLOR: faces=red", "USER OPTIONS: tag=door"}));
     EXPECT_TRUE(Tree().IsAttributeLine(withAttributes->GetFirstChild()));
     EXPECT_EQ(Labels(Open(geometry, "TEXT")),
-              (std::vector<std::string>{KeyHex(text) +
-                                        " - Position: 0.000000 0.000000 0.000000  Text: hello"}));
+              (Strings{KeyHex(text) + " - Position: 0.000000 0.000000 0.000000  Text: hello"}));
 }
 
 struct PagingRow {
@@ -258,9 +254,8 @@ TEST_F(ExpansionTest, IncludesAreRefreshedInPlace) {
     HC_KEY b = HC_Conditional_Include("/library/b", "night");
     Close();
     TreeGraphItem* includes = Open(Expand(Top()), "INCLUDES");
-    EXPECT_EQ(Labels(includes),
-              (std::vector<std::string>{KeyHex(a) + " - /library/a",
-                                        KeyHex(b) + " - /library/b (Condition: night)"}));
+    EXPECT_EQ(Labels(includes), (Strings{KeyHex(a) + " - /library/a",
+                                         KeyHex(b) + " - /library/b (Condition: night)"}));
     TreeGraphItem* kept = Expand(includes->GetFirstChild());
     ASSERT_EQ(kept->GetChildCount(), 1u);
 
@@ -270,7 +265,7 @@ TEST_F(ExpansionTest, IncludesAreRefreshedInPlace) {
     Close();
     Expand(includes);
     EXPECT_EQ(Labels(includes),
-              (std::vector<std::string>{KeyHex(a) + " - /library/a", KeyHex(c) + " - /library/c"}));
+              (Strings{KeyHex(a) + " - /library/a", KeyHex(c) + " - /library/c"}));
     EXPECT_EQ(includes->GetFirstChild(), kept);
     EXPECT_EQ(kept->GetChildCount(), 1u) << "a kept include keeps its children";
 }
@@ -289,7 +284,7 @@ TEST_F(ExpansionTest, ReferencesSplitIntoGeometryAndSegmentReferences) {
 
     TreeGraphItem* references = Open(Open(Expand(Top()), "user"), "REFERENCES");
     EXPECT_EQ(references->GetKey(), user);
-    EXPECT_EQ(Labels(references), (std::vector<std::string>{"GEOMETRY_REF", "SEGMENT_REF"}));
+    EXPECT_EQ(Labels(references), (Strings{"GEOMETRY_REF", "SEGMENT_REF"}));
     for (TreeGraphItem* group = references->GetFirstChild(); group; group = group->GetNextSibling())
         EXPECT_EQ(group->GetSelectionClass(), kClassGroup);
 
@@ -306,7 +301,7 @@ TEST_F(ExpansionTest, ReferencesSplitIntoGeometryAndSegmentReferences) {
     EXPECT_EQ(toLib->GetLabel(), KeyHex(toSegment) + " - " + Path(lib) + " - no shells");
     EXPECT_EQ(toLib->GetFlags(), kFlagReferencedSegment);
     EXPECT_EQ(toLib->GetSelectionClass(), kClassGeometry);
-    EXPECT_EQ(Labels(Open(Expand(toLib), "GEOMETRY")), (std::vector<std::string>{"MARKER"}))
+    EXPECT_EQ(Labels(Open(Expand(toLib), "GEOMETRY")), (Strings{"MARKER"}))
         << "the filter leaves the shell out";
 }
 
@@ -320,8 +315,7 @@ TEST_F(ExpansionTest, ReferencesOfOneKindPageOnlyWhenThatKindFillsAPage) {
     Close();
     TreeGraphItem* references = Open(Expand(Top()), "REFERENCES");
     TreeGraphItem* segments = Open(references, "SEGMENT_REF");
-    EXPECT_EQ(Labels(segments),
-              (std::vector<std::string>{"REFERENCES 1-1000", "REFERENCES 1001-1002"}));
+    EXPECT_EQ(Labels(segments), (Strings{"REFERENCES 1-1000", "REFERENCES 1001-1002"}));
     EXPECT_EQ(segments->GetFirstChild()->GetSelectionClass(), kClassReferencePage);
     NodeData range = DataOf(segments->GetLastChild());
     EXPECT_EQ(range.kind, NodeKind::ReferencePage);
@@ -342,13 +336,13 @@ TEST_F(ExpansionTest, ANodeWhoseObjectIsGoneStaysAsItIs) {
     Close(2);
     TreeGraphItem* node = Open(Expand(Top()), "doomed");
     TreeGraphItem* geometry = node->GetFirstChild();
-    ASSERT_EQ(Labels(node), (std::vector<std::string>{"GEOMETRY", "child"}));
+    ASSERT_EQ(Labels(node), (Strings{"GEOMETRY", "child"}));
 
     HC_Delete_By_Key(doomed);
     node->SetExpandedMark(false);
     Expand(node);
     Expand(geometry);
-    EXPECT_EQ(Labels(node), (std::vector<std::string>{"GEOMETRY", "child"}));
+    EXPECT_EQ(Labels(node), (Strings{"GEOMETRY", "child"}));
     EXPECT_FALSE(node->GetExpandedMark());
     EXPECT_FALSE(geometry->GetExpandedMark());
     m_graph.AddMessage("before");

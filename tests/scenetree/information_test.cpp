@@ -19,15 +19,13 @@ TEST_F(InformationTest, ASegmentShowsItsPathKeyAttributesCensusAndBounds) {
     HC_KEY empty = Make("empty");
     m_graph.OnSelectItem(Open(Expand(Top()), "walls"));
     EXPECT_EQ(m_graph.Messages(),
-              (std::vector<std::string>{
-                  ModelPath() + "/walls", "Key: " + KeyHex(walls), "COLOR: faces=red",
-                  "2 faces, 6 vertices", "1 shells",
-                  "Bounding type=cuboid: { (0.000000, 0.000000, 0.000000), (2.000000, "
-                  "1.000000, 0.000000) }"}));
+              (Strings{ModelPath() + "/walls", "Key: " + KeyHex(walls), "COLOR: faces=red",
+                       "2 faces, 6 vertices", "1 shells",
+                       "Bounding type=cuboid: { (0.000000, 0.000000, 0.000000), (2.000000, "
+                       "1.000000, 0.000000) }"}));
     // An empty segment writes no census and no bounds.
     m_graph.OnSelectItem(Open(Top(), "empty"));
-    EXPECT_EQ(m_graph.Messages(),
-              (std::vector<std::string>{ModelPath() + "/empty", "Key: " + KeyHex(empty)}));
+    EXPECT_EQ(m_graph.Messages(), (Strings{ModelPath() + "/empty", "Key: " + KeyHex(empty)}));
 }
 
 TEST_F(InformationTest, CensusLinesKeepTheirOrderAndPluralWords) {
@@ -41,9 +39,8 @@ TEST_F(InformationTest, CensusLinesKeepTheirOrderAndPluralWords) {
     HC_Insert_Polyline(2, line);
     Triangle();
     Close();
-    EXPECT_EQ(CensusLines(ModelKey()),
-              (std::vector<std::string>{"1 faces, 1 triangles, 3 vertices", "1 shells",
-                                        "2 polylines", "1 spheres", "1 text strings"}));
+    EXPECT_EQ(CensusLines(ModelKey()), (Strings{"1 faces, 1 triangles, 3 vertices", "1 shells",
+                                                "2 polylines", "1 spheres", "1 text strings"}));
 }
 
 TEST_F(InformationTest, BoundingLinesByType) {
@@ -98,9 +95,9 @@ TEST_F(InformationTest, GeometryKindsCountPiecesAndReferencesShowTheirFilter) {
     TreeGraphItem* top = Expand(Top());
     TreeGraphItem* geometry = Open(Open(top, "lib"), "GEOMETRY");
     m_graph.OnSelectItem(geometry->GetFirstChild());
-    EXPECT_EQ(m_graph.Messages(), (std::vector<std::string>{"1 piece of geometry"}));
+    EXPECT_EQ(m_graph.Messages(), (Strings{"1 piece of geometry"}));
     m_graph.OnSelectItem(geometry->GetLastChild());
-    EXPECT_EQ(m_graph.Messages(), (std::vector<std::string>{"2 pieces of geometry"}));
+    EXPECT_EQ(m_graph.Messages(), (Strings{"2 pieces of geometry"}));
 
     TreeGraphItem* refs = Open(Open(Open(top, "user"), "REFERENCES"), "SEGMENT_REF");
     m_graph.OnSelectItem(refs->GetFirstChild());

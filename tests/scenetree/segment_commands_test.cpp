@@ -83,7 +83,7 @@ TEST_F(SegmentCommandsTest, CuttingTwoKeepsTheSecondAndPastingTwiceAddsTwice) {
 
     EXPECT_TRUE(Run(kCmdCutSegment, Open(top, "a")));
     EXPECT_TRUE(Run(kCmdCutSegment, Open(top, "b")));
-    EXPECT_EQ(Labels(top), (std::vector<std::string>{"target"}));
+    EXPECT_EQ(Labels(top), (Strings{"target"}));
     EXPECT_FALSE(IsAlive(a)) << "the first cut is flushed from the clipboard";
     EXPECT_EQ(Path(b), "/cutgeometry/b");
     EXPECT_FALSE(m_view->GetSelection()->IsSelected(b));
@@ -91,7 +91,7 @@ TEST_F(SegmentCommandsTest, CuttingTwoKeepsTheSecondAndPastingTwiceAddsTwice) {
     TreeGraphItem* pasteHere = Open(top, "target");
     Run(kCmdPasteSegment, pasteHere);
     Run(kCmdPasteSegment, pasteHere);
-    EXPECT_EQ(Labels(pasteHere), (std::vector<std::string>{"b"}));
+    EXPECT_EQ(Labels(pasteHere), (Strings{"b"}));
     HC_Open_Segment_By_Key(target);
     EXPECT_EQ(Types("...", "shells").size(), 2u) << "each paste copies the clipboard again";
     Close();
@@ -129,14 +129,14 @@ TEST_F(SegmentCommandsTest, FlushAsksForTheTypesAndClearsTheWholeSubtree) {
     Run(kCmdFlushSegmentContents, part);
     EXPECT_EQ(m_host.shown.back(),
               (std::pair<std::string, std::string>{"", "Flush Content Types"}));
-    EXPECT_EQ(Labels(part), (std::vector<std::string>{"GEOMETRY", "inner"})) << "cancelled";
+    EXPECT_EQ(Labels(part), (Strings{"GEOMETRY", "inner"})) << "cancelled";
 
     Answer("shells");
     Run(kCmdFlushSegmentContents, part);
     HC_Open_Segment_By_Key(part->GetKey());
-    EXPECT_EQ(Types("...", "everything"), (std::vector<std::string>{"segment", "color"}));
+    EXPECT_EQ(Types("...", "everything"), (Strings{"segment", "color"}));
     Close();
-    EXPECT_EQ(Labels(part), (std::vector<std::string>{"inner"}));
+    EXPECT_EQ(Labels(part), (Strings{"inner"}));
 }
 
 TEST_F(SegmentCommandsTest, ANewChildShowsAtOnceExpandedOrNot) {
@@ -165,7 +165,7 @@ TEST_F(SegmentCommandsTest, AStyleIsAddedAndGoneTo) {
     TreeGraphItem* part = Open(Expand(Top()), "part");
     Run(kCmdAddStyle, part);
     EXPECT_EQ(m_host.shown.back(), (std::pair<std::string, std::string>{"", ""}));
-    EXPECT_EQ(Labels(part), std::vector<std::string>{}) << "cancelled: nothing added";
+    EXPECT_EQ(Labels(part), Strings{}) << "cancelled: nothing added";
 
     Answer("../look");
     Run(kCmdAddStyle, part);
@@ -299,8 +299,7 @@ TEST_F(SegmentCommandsTest, SavedSubtreeLoadsIntoAnotherSegment) {
     Run(kCmdLoadIntoSegment, Open(top, "copy"));
     EXPECT_EQ(m_host.requests.back().defaultExtension, "hsf");
     HC_Open_Segment_By_Key(copy);
-    EXPECT_EQ(Types(".", "everything"),
-              (std::vector<std::string>{"segment", "include", "shell", "color"}));
+    EXPECT_EQ(Types(".", "everything"), (Strings{"segment", "include", "shell", "color"}));
     HC_Close_Segment();
     EXPECT_GT(m_view->GetUpdateCount(), 0);
 
@@ -315,11 +314,9 @@ TEST_F(SegmentCommandsTest, SavedSubtreeLoadsIntoAnotherSegment) {
     m_host.file = "no_extension";
     Run(kCmdLoadIntoSegment, Open(top, "copy"));
     EXPECT_EQ(m_host.messages,
-              std::vector<std::string>{
-                  "Error: No file extension. Could not determine input file format.\n"});
+              Strings{"Error: No file extension. Could not determine input file format.\n"});
     HC_Open_Segment_By_Key(copy);
-    EXPECT_EQ(Types(".", "everything"),
-              (std::vector<std::string>{"segment", "include", "shell", "color"}));
+    EXPECT_EQ(Types(".", "everything"), (Strings{"segment", "include", "shell", "color"}));
     HC_Close_Segment();
     std::filesystem::remove(file);
 }

@@ -12,6 +12,8 @@
 #include "scenetree/hoops_segment_tree.h"
 #include "scenetree/scene_access.h"
 
+using Strings = std::vector<std::string>;
+
 // An item that keeps what a view would show: the expander and the highlight.
 class RecordingItem : public TreeGraphItem {
 public:
