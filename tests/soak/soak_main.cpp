@@ -153,15 +153,14 @@ public:
             {"flush", 2, &Soak::Flush},
             {"search", 8, &Soak::Search},
             {"key search", 3, &Soak::KeySearch},
-            {"cut", 2, &Soak::Cut},
-            {"paste", 2, &Soak::Paste},
             {"optimize", 2, &Soak::Optimize},
             {"save and load", 2, &Soak::SaveAndLoad},
             {"create child", 3, &Soak::CreateChild},
             {"include or style", 3, &Soak::IncludeOrStyle},
             {"renumber", 2, &Soak::Renumber},
             {"refresh", 1, &Soak::Refresh},
-            {"menu command", 25, &Soak::MenuCommand},
+            // Cut and paste, among others, come only through the menu, as the browser runs them.
+            {"menu command", 29, &Soak::MenuCommand},
         };
         static const int total = [] {
             int sum = 0;
@@ -331,25 +330,6 @@ private:
             std::snprintf(text, sizeof text, "%llX", static_cast<unsigned long long>(key));
             Tree().FindAndSelectByKeyText(OneIn(6) ? "not a key" : text);
         }
-    }
-    // Cut and paste as the browser makes them: the cut segment moves into the clipboard
-    // segment, and a paste copies the clipboard's contents below the target.
-    void Cut() {
-        TreeGraphItem* node = SegmentNode();
-        if (!node || !IsSegment(node->GetKey()) || node == Tree().GetTopNode()) return;
-        HC_Open_Segment("/cutgeometry");
-        HC_Flush_Contents(".", "everything");
-        if (IsAlive(node->GetKey())) HC_Move_By_Key(node->GetKey(), ".");
-        HC_Close_Segment();
-        m_session->Rebuild();
-    }
-    void Paste() {
-        TreeGraphItem* node = SceneSegmentNode();
-        if (!node || !IsSegment(node->GetKey())) return;
-        HC_Open_Segment_By_Key(node->GetKey());
-        HC_Copy_Segment("/cutgeometry/*", "./*");
-        HC_Close_Segment();
-        Tree().ReReadChildren(node, node->GetKey());
     }
     void Optimize() {
         TreeGraphItem* node = SegmentNode();
