@@ -63,9 +63,9 @@ protected:
     ComponentTree m_tree;
 };
 
+// A partly checked node ticks its whole subtree by mouse.
 TEST_F(CheckBoxes, UntickingOneGeometryMakesEveryAncestorPartlyChecked) {
     m_tree.ToggleByMouse(Node(Join(kWallA, {"几何0"})));
-
     ExpectStates({{Join(kWallA, {"几何0"}), CheckState::Unchecked},
                   {Join(kWallA, {"几何1"}), CheckState::Checked},
                   {kWallA, CheckState::PartlyChecked},
@@ -79,17 +79,17 @@ TEST_F(CheckBoxes, UntickingOneGeometryMakesEveryAncestorPartlyChecked) {
                  "one geometry unticked");
     EXPECT_EQ(m_host.VisibilityCalls(), (std::vector<Call>{{11, false}}));
     EXPECT_EQ(m_host.RedrawCount(), 1);
-}
 
-TEST_F(CheckBoxes, ParentFollowsWhenAllChildrenAgree) {
-    m_tree.ToggleByMouse(Node(Join(kWallA, {"几何0"})));
     m_tree.ToggleByMouse(Node(Join(kWallA, {"几何1"})));
     ExpectStates({{kWallA, CheckState::Unchecked}, {kAttribute, CheckState::PartlyChecked}},
                  "both geometries unticked");
-
-    m_tree.ToggleByMouse(Node(kWallA));
+    m_host.ClearRecordedCalls();
+    m_tree.ToggleByMouse(m_tree.Root());
     for (NodeIndex node = 0; node < static_cast<NodeIndex>(m_tree.NodeCount()); ++node)
         EXPECT_EQ(m_tree.GetCheckState(node), CheckState::Checked) << m_tree.Label(node);
+    EXPECT_EQ(m_host.VisibilityCalls().size(), 6u);
+    EXPECT_EQ(m_host.IsVisible(11), true);
+    EXPECT_EQ(m_host.RedrawCount(), 1);
 }
 
 TEST_F(CheckBoxes, SiblingScanDecidesTheParent) {
@@ -194,18 +194,6 @@ TEST_F(CheckBoxes, MouseShowsAndHidesGeometryInTreeOrderWithOneRedraw) {
     EXPECT_EQ(State(kProject), CheckState::Checked);
 }
 
-TEST_F(CheckBoxes, PartlyCheckedNodeTicksByMouse) {
-    m_tree.ToggleByMouse(Node(Join(kWallA, {"几何0"})));
-    m_host.ClearRecordedCalls();
-
-    m_tree.ToggleByMouse(m_tree.Root());
-
-    EXPECT_EQ(m_tree.GetCheckState(m_tree.Root()), CheckState::Checked);
-    EXPECT_EQ(m_host.VisibilityCalls().size(), 6u);
-    EXPECT_EQ(m_host.IsVisible(11), true);
-    EXPECT_EQ(m_host.RedrawCount(), 1);
-}
-
 TEST_F(CheckBoxes, SpaceChangesTheSameBoxesButNeverTheHost) {
     MemoryComponentHost otherHost({sample::MakeProject()});
     ComponentTree byMouse(&otherHost);
@@ -283,12 +271,6 @@ TEST_F(CheckBoxes, ObserversHearEachChangeOnceAfterTheOperation) {
     EXPECT_EQ(recorder.resets, 1);
     m_tree.RemoveObserver(&recorder);
 }
-
-} // namespace
-} // namespace obsidra::components
-
-namespace obsidra::components {
-namespace {
 
 // Geometries 11-13 lie under kAttribute, 14-16 elsewhere.
 TEST_F(CheckBoxes, IsolateXRayAndShowAllActOnTheWholeBuildingWithOneRedrawEach) {

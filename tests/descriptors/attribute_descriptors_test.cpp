@@ -31,6 +31,12 @@ constexpr const char* kCamera =
     "Pos: 0.000000 0.000000 5.000000 Target: 0.000000 0.000000 0.000000 Up: 0.000000 1.000000 "
     "0.000000 Width: 2.000000 Height: 1.500000 Near Limit: 0.000000 Projection:orthographic";
 
+// A text the database keeps as it stands and a segment below inherits.
+Sample Same(const char* text, Place place = Place::Child,
+            void (*prepare)(HoopsAttribute&) = nullptr, bool unsets = true) {
+    return {text, text, text, place, prepare, unsets};
+}
+
 std::string Pointer(const void* value) {
     char text[64];
     std::snprintf(text, sizeof text, "%p", value);
@@ -40,23 +46,22 @@ std::string Pointer(const void* value) {
 Sample SampleOf(AttributeKind kind) {
     switch (kind) {
     case AttributeKind::Color:
-        return {"faces=red,edges=blue", "faces=red,edges=blue", "faces=red,edges=blue"};
+        return Same("faces=red,edges=blue");
     case AttributeKind::Visibility:
         return {"Edges=Off, markers", "edges=Off,markers", "edges=Off,markers"};
     case AttributeKind::Selectability:
-        return {"faces=on", "faces=on", "faces=on"};
+        return Same("faces=on");
     case AttributeKind::Callback:
-        return {"draw segment=trace", "draw segment=trace", "draw segment=trace"};
+        return Same("draw segment=trace");
     case AttributeKind::RenderingOptions:
-        return {"lighting interpolation=phong", "lighting interpolation=phong",
-                "lighting interpolation=phong"};
+        return Same("lighting interpolation=phong");
     case AttributeKind::UserOptions:
-        return {"owner=ann,size=3", "owner=ann,size=3", "owner=ann,size=3"};
+        return Same("owner=ann,size=3");
     case AttributeKind::UnicodeOptions:
-        return {"title=abc", "title=abc", "title=abc", Place::Child,
-                [](HoopsAttribute&) { HC_Set_User_Options("owner=ann"); }};
+        return Same("title=abc", Place::Child,
+                    [](HoopsAttribute&) { HC_Set_User_Options("owner=ann"); });
     case AttributeKind::UserValue:
-        return {"-42", "-42", "-42"};
+        return Same("-42");
     case AttributeKind::UserIndex:
         return {"", "1 : { (7 = 0x10)}", "", Place::Child,
                 [](HoopsAttribute&) { HC_Set_User_Index(7, reinterpret_cast<void*>(0x10)); }};
@@ -66,66 +71,58 @@ Sample SampleOf(AttributeKind kind) {
                     HC_Set_User_Data(3, "c", 1);
                 }};
     case AttributeKind::Camera:
-        return {kCamera, kCamera, kCamera};
+        return Same(kCamera);
     case AttributeKind::ModellingMatrix:
     case AttributeKind::TextureMatrix:
-        return {kMatrix, kMatrix, kMatrix};
+        return Same(kMatrix);
     case AttributeKind::Heuristics:
-        return {"backplane cull", "backplane cull", "backplane cull"};
+        return Same("backplane cull");
     case AttributeKind::TextFont:
-        return {"name=roman,size=0.1", "name=roman,size=0.1", "name=roman,size=0.1"};
+        return Same("name=roman,size=0.1");
     case AttributeKind::DriverOptions:
-        return {"debug=4", "debug=4", "debug=4"};
+        return Same("debug=4");
     case AttributeKind::SystemOptions:
-        return {"message limit=10",
-                "message limit=10",
-                "message limit=10",
-                Place::Root,
-                nullptr,
-                false};
+        return Same("message limit=10", Place::Root, nullptr, false);
     case AttributeKind::Handedness:
-        return {"left", "left", "left"};
+        return Same("left");
     case AttributeKind::Window:
-        return {"-1.000000 1.000000 -0.500000 0.500000", "-1.000000 1.000000 -0.500000 0.500000",
-                "-1.000000 1.000000 -0.500000 0.500000"};
+        return Same("-1.000000 1.000000 -0.500000 0.500000");
     case AttributeKind::ClipRegion:
-        return {"Loops:1 Total:3 Specs:world", "Loops:1 Total:3 Specs:world",
-                "Loops:1 Total:3 Specs:world", Place::Child, [](HoopsAttribute& region) {
-                    HC_POINT points[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-                    HC_Set_Polygonal_Clip_Region(3, points, "window");
-                    region.Show();
-                }};
+        return Same("Loops:1 Total:3 Specs:world", Place::Child, [](HoopsAttribute& region) {
+            HC_POINT points[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+            HC_Set_Polygonal_Clip_Region(3, points, "window");
+            region.Show();
+        });
     case AttributeKind::VariableEdgeWeight:
     case AttributeKind::VariableLineWeight:
     case AttributeKind::VariableMarkerSize:
-        return {"0.5 oru", "0.5 oru", "0.5 oru"};
+        return Same("0.5 oru");
     case AttributeKind::EdgeWeight:
     case AttributeKind::LineWeight:
     case AttributeKind::MarkerSize:
-        return {"2.500000", "2.500000", "2.500000"};
+        return Same("2.500000");
     case AttributeKind::Condition:
-        return {"day,night", "day,night", "day,night"};
+        return Same("day,night");
     case AttributeKind::TextAlignment:
-        return {"<v", "<v", "<v"};
+        return Same("<v");
     case AttributeKind::WindowPattern:
-        return {"solid", "solid", "solid"};
+        return Same("solid");
     case AttributeKind::WindowFrame:
-        return {"on", "on", "on"};
+        return Same("on");
     case AttributeKind::LinePattern:
-        return {"---", "---", "---"};
+        return Same("---");
     case AttributeKind::EdgePattern:
-        return {"-.-", "-.-", "-.-"};
+        return Same("-.-");
     case AttributeKind::FacePattern:
-        return {"##", "##", "##"};
+        return Same("##");
     case AttributeKind::MarkerSymbol:
-        return {"(*)", "(*)", "(*)"};
+        return Same("(*)");
     case AttributeKind::TextPath:
-        return {"0.000000 1.000000 0.000000", "0.000000 1.000000 0.000000",
-                "0.000000 1.000000 0.000000"};
+        return Same("0.000000 1.000000 0.000000");
     case AttributeKind::TextSpacing:
-        return {"1.500000", "1.500000", "1.500000"};
+        return Same("1.500000");
     case AttributeKind::ColorMap:
-        return {"red, green, blue", "red, green, blue", "red, green, blue"};
+        return Same("red, green, blue");
     case AttributeKind::GeometryOptions:
         return {"orientation=(0 0 1)", "orientation=(0 0 1)", "", Place::Geometry};
     case AttributeKind::ConditionalAction:
@@ -153,23 +150,17 @@ private:
 
 class AttributeDescriptorTest : public DescriptorTest {};
 
-TEST_F(AttributeDescriptorTest, EveryKindHasItsClassAndNameWord) {
-    AttributeList list = MakeSegmentAttributes();
-    ASSERT_EQ(list.size(), kAttributeKindCount);
-    for (size_t i = 0; i < list.size(); ++i) {
-        SCOPED_TRACE(kAttributeTable[i].nameWord);
-        EXPECT_EQ(list[i]->Kind(), kAttributeTable[i].kind);
-        EXPECT_EQ(list[i]->GetName(), kAttributeTable[i].nameWord);
-    }
-}
-
 // Set from a line, Show gives it back, a segment below inherits it, UnSet removes it.
 TEST_F(AttributeDescriptorTest, EveryKindSetsShowsInheritsAndUnsets) {
+    const AttributeList list = MakeSegmentAttributes();
+    ASSERT_EQ(list.size(), kAttributeKindCount);
     for (const AttributeInfo& info : kAttributeTable) {
         SCOPED_TRACE(info.nameWord);
         HC_Reset_System();
         const Sample sample = SampleOf(info.kind);
         std::unique_ptr<HoopsAttribute> descriptor = MakeAttribute(info.kind);
+        EXPECT_EQ(list[static_cast<size_t>(info.kind)]->Kind(), info.kind);
+        EXPECT_EQ(descriptor->GetName(), info.nameWord);
         Opened here(sample.place);
         EXPECT_EQ(descriptor->Exists(), !sample.unsets);
         if (sample.prepare) sample.prepare(*descriptor);
@@ -207,36 +198,21 @@ TEST_F(AttributeDescriptorTest, ExistsAsksTheOpenGeometryItem) {
     HC_Close_Segment();
 }
 
-TEST_F(AttributeDescriptorTest, CameraReadsBothFormsAndIgnoresShortLines) {
+// The near limit is shown, never set; short lines of either form are ignored.
+TEST_F(AttributeDescriptorTest, CameraReadsBothFormsAndNeverSetsTheNearLimit) {
     HoopsAttributeCamera camera;
     HC_Open_Segment("/view");
-    camera.Set(kCamera);
-    EXPECT_EQ(camera.Show(), kCamera);
-
     camera.Set("(Camera (1 2 3) (0 0 0) (0 0 1) 4 5 \"perspective\")");
-    EXPECT_EQ(camera.Show(),
-              "Pos: 1.000000 2.000000 3.000000 Target: 0.000000 0.000000 0.000000 Up: 0.000000 "
-              "0.000000 1.000000 Width: 4.000000 Height: 5.000000 Near Limit: 0.000000 "
-              "Projection:perspective");
-
-    const std::string before = camera.Show();
+    HC_Set_Camera_Near_Limit(0.25);
+    const std::string shown = camera.Show();
+    EXPECT_EQ(shown, "Pos: 1.000000 2.000000 3.000000 Target: 0.000000 0.000000 0.000000 Up: "
+                     "0.000000 0.000000 1.000000 Width: 4.000000 Height: 5.000000 Near Limit: "
+                     "0.250000 Projection:perspective");
+    std::string edited = shown;
+    camera.Set(edited.replace(edited.find("0.250000"), 8, "0.750000"));
     camera.Set("Pos: 9 9 9 Target: 8 8 8 Up: 0 1 0 Width: 3");
     camera.Set("(Camera (9 9 9) (8 8 8) (0 1 0) 3)");
     camera.Set("");
-    EXPECT_EQ(camera.Show(), before);
-    HC_Close_Segment();
-}
-
-TEST_F(AttributeDescriptorTest, CameraShowsTheNearLimitButNeverSetsIt) {
-    HoopsAttributeCamera camera;
-    HC_Open_Segment("/view");
-    camera.Set(kCamera);
-    HC_Set_Camera_Near_Limit(0.25);
-    std::string shown = camera.Show();
-    EXPECT_NE(shown.find("Near Limit: 0.250000 "), std::string::npos);
-    std::string edited = shown;
-    edited.replace(edited.find("0.250000"), 8, "0.750000");
-    camera.Set(edited);
     EXPECT_EQ(camera.Show(), shown);
     HC_Close_Segment();
 }
@@ -305,14 +281,13 @@ TEST_F(AttributeDescriptorTest, ExactlyOneMemberOfEachWeightPairExists) {
     HC_Close_Segment();
 }
 
-TEST_F(AttributeDescriptorTest, UserIndexListIsCutAt3996Characters) {
+TEST_F(AttributeDescriptorTest, UserIndexAndDataListsAreCutAt3996Characters) {
     HC_Open_Segment("/indexed");
     HoopsAttributeUserIndex indices;
     HC_Set_User_Index(1, reinterpret_cast<void*>(0x100));
     HC_Set_User_Index(20, nullptr);
     EXPECT_EQ(indices.Show(), "2 : { (1 = " + Pointer(reinterpret_cast<void*>(0x100)) +
                                   "), (20 = " + Pointer(nullptr) + ")}");
-
     for (long i = 100; i < 400; ++i)
         HC_Set_User_Index(i, reinterpret_cast<void*>(0xABCDEF00 + i));
     std::string shown = indices.Show();
@@ -324,23 +299,12 @@ TEST_F(AttributeDescriptorTest, UserIndexListIsCutAt3996Characters) {
     EXPECT_LT(listed.substr(0, listed.rfind(", (")).size(), 3996u);
     EXPECT_EQ(shown.substr(0, 7), "302 : {");
 
-    indices.UnSet();
-    EXPECT_FALSE(indices.Exists());
-    EXPECT_EQ(indices.Show(), "");
-    HC_Close_Segment();
-}
-
-TEST_F(AttributeDescriptorTest, UserDataListIsCutAt3996Characters) {
-    HC_Open_Segment("/data");
-    HoopsAttributeUserData data;
     for (long i = 0; i < 1000; ++i)
         HC_Set_User_Data(1000000 + i, "x", 1);
-    std::string shown = data.Show();
+    shown = HoopsAttributeUserData().Show();
     EXPECT_EQ(shown.substr(0, 15), "1000 : {1000000");
     EXPECT_EQ(shown.substr(shown.size() - 6), ", ...}");
     EXPECT_LT(shown.size(), size_t(HC_TEXT_MAX));
-    data.UnSet();
-    EXPECT_FALSE(data.Exists());
     HC_Close_Segment();
 }
 

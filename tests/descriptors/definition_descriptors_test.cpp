@@ -29,7 +29,8 @@ protected:
     }
 };
 
-TEST_F(DefinitionDescriptorTest, EachKindListsItsDefinitionsAsLines) {
+// Each kind lists its definitions as lines, and SplitText and Define take an edited line back.
+TEST_F(DefinitionDescriptorTest, EachKindListsItsDefinitionsAndRedefinesFromAnEditedLine) {
     HC_Define_Local_Texture("wood", "source=grain, tiling=repeat");
     HC_Define_Local_Texture("stone", "source=rock");
     HC_Define_Line_Style("dashes", "4 on, 2 off");
@@ -37,23 +38,38 @@ TEST_F(DefinitionDescriptorTest, EachKindListsItsDefinitionsAsLines) {
     HC_Define_Shader("phong", "multiline", "void main() {}");
     const char glyph[] = {3, 0, 0, -128, 1, 2};
     HC_Define_Glyph("arrow", 6, glyph);
-
-    HoopsGeometryLocalTextures textures;
-    EXPECT_EQ(textures.Count(), 2);
-    EXPECT_EQ(Lines(textures), std::vector<std::string>(
-                                   {"wood - source=grain, tiling=repeat", "stone - source=rock"}));
-    HoopsGeometryLinePattern lineStyles;
-    EXPECT_EQ(Lines(lineStyles), std::vector<std::string>({"dashes - 4 on, 2 off"}));
-    HoopsNamedStyleDefinition namedStyles;
-    EXPECT_EQ(Lines(namedStyles), std::vector<std::string>({"night - /styles/night"}));
-    HoopsShaderDefinition shaders;
-    EXPECT_EQ(Lines(shaders),
-              std::vector<std::string>({"phong - multiline\n{\nvoid main() {}\n}"}));
+    const struct {
+        DefinitionKind kind;
+        std::vector<std::string> lines;
+        std::string edited; // replaces the last line
+    } rows[] = {
+        {DefinitionKind::LocalTexture,
+         {"wood - source=grain, tiling=repeat", "stone - source=rock"},
+         "stone - source=oak"},
+        {DefinitionKind::Glyph, {"arrow - 3 0 0 -128 1 2"}, "arrow - 1 -2 3"},
+        {DefinitionKind::LinePattern, {"dashes - 4 on, 2 off"}, "dashes - 1 on, 1 off"},
+        {DefinitionKind::NamedStyle, {"night - /styles/night"}, "night - /styles/dark"},
+        {DefinitionKind::Shader,
+         {"phong - multiline\n{\nvoid main() {}\n}"},
+         "phong - single\n{\nvoid main() { discard; }\n}"},
+    };
+    for (const auto& row : rows) {
+        const std::unique_ptr<HoopsDefineGeometry> kind = MakeDefinition(row.kind);
+        SCOPED_TRACE(kind->GetName());
+        EXPECT_EQ(kind->Count(), static_cast<int>(row.lines.size()));
+        std::vector<std::string> lines = Lines(*kind);
+        EXPECT_EQ(lines, row.lines);
+        std::optional<DefinitionText> split = kind->SplitText(row.edited);
+        ASSERT_TRUE(split);
+        kind->Define(split->name, split->definition);
+        lines.back() = row.edited;
+        EXPECT_EQ(Lines(*kind), lines);
+    }
+    // Glyph bytes that do not read leave the glyph as it was.
     HoopsGeometryGlyph glyphs;
-    EXPECT_EQ(Lines(glyphs), std::vector<std::string>({"arrow - 3 0 0 -128 1 2"}));
-    for (HoopsDefineGeometry* kind :
-         std::initializer_list<HoopsDefineGeometry*>{&lineStyles, &namedStyles, &shaders, &glyphs})
-        EXPECT_EQ(kind->Count(), 1) << kind->GetName();
+    glyphs.Define("arrow", "1 300");
+    glyphs.Define("arrow", "1 two");
+    EXPECT_EQ(glyphs.Describe("arrow"), "arrow - 1 -2 3");
     EXPECT_EQ(TakeErrors(), std::vector<std::string>());
 }
 
@@ -94,38 +110,6 @@ TEST_F(DefinitionDescriptorTest, SplitTextFollowsEachKindsRule) {
     ASSERT_TRUE(split);
     EXPECT_EQ(split->name, "sans serif - x");
     EXPECT_EQ(split->definition, "");
-}
-
-// What FindNext shows, SplitText and Define take back.
-TEST_F(DefinitionDescriptorTest, EditedLinesRedefine) {
-    HC_Define_Local_Texture("wood", "source=grain");
-    HC_Define_Shader("phong", "multiline", "void main() {}");
-    HC_Define_Glyph("dot", 2, "\x01\x02");
-    HC_Define_Line_Style("dashes", "4 on");
-    HC_Define_Named_Style("night", "/styles/night");
-    const struct {
-        std::unique_ptr<HoopsDefineGeometry> kind;
-        std::string edited;
-    } cases[] = {
-        {MakeDefinition(DefinitionKind::LocalTexture), "wood - source=oak"},
-        {MakeDefinition(DefinitionKind::Glyph), "dot - 1 -2 3"},
-        {MakeDefinition(DefinitionKind::LinePattern), "dashes - 1 on, 1 off"},
-        {MakeDefinition(DefinitionKind::NamedStyle), "night - /styles/dark"},
-        {MakeDefinition(DefinitionKind::Shader), "phong - single\n{\nvoid main() { discard; }\n}"},
-    };
-    for (const auto& [kind, edited] : cases) {
-        SCOPED_TRACE(kind->GetName());
-        std::optional<DefinitionText> split = kind->SplitText(edited);
-        ASSERT_TRUE(split);
-        kind->Define(split->name, split->definition);
-        EXPECT_EQ(Lines(*kind), std::vector<std::string>({edited}));
-    }
-    HC_Define_Glyph("dot", 2, "\x01\x02");
-    HoopsGeometryGlyph glyphs;
-    glyphs.Define("dot", "1 300");
-    glyphs.Define("dot", "1 two");
-    EXPECT_EQ(glyphs.Describe("dot"), "dot - 1 2");
-    EXPECT_EQ(TakeErrors(), std::vector<std::string>());
 }
 
 // Fonts are counted only where driver options are set, and never at the root.

@@ -119,22 +119,14 @@ Item ItemOf(GeometryKind kind) {
     return {};
 }
 
-std::vector<HC_POINT> ShellPoints(HC_KEY shell) {
+// A shell's points and face list.
+std::pair<std::vector<HC_POINT>, std::vector<int>> ShellOf(HC_KEY shell) {
     int count = 0, length = 0;
     HC_Show_Shell_Size(shell, &count, &length);
     std::vector<HC_POINT> points(static_cast<size_t>(count));
     std::vector<int> faces(static_cast<size_t>(length));
     HC_Show_Shell(shell, &count, points.data(), &length, faces.data());
-    return points;
-}
-
-std::vector<int> ShellFaces(HC_KEY shell) {
-    int count = 0, length = 0;
-    HC_Show_Shell_Size(shell, &count, &length);
-    std::vector<HC_POINT> points(static_cast<size_t>(count));
-    std::vector<int> faces(static_cast<size_t>(length));
-    HC_Show_Shell(shell, &count, points.data(), &length, faces.data());
-    return faces;
+    return {points, faces};
 }
 
 std::string Color(HC_KEY item) {
@@ -242,20 +234,18 @@ TEST_F(GeometryDescriptorTest, ShellEditReplacesPointsAndFacesOrNothing) {
     std::vector<HC_POINT> moved = {{0, 0, 1}, {2, 0, 1}, {2, 2, 1}, {0, 2, -1.5f}};
     std::vector<int> turned = {3, 2, 1, 0, 3, 3, 2, 0};
     EXPECT_TRUE(shell.Edit(key, ShellEditText(key, moved, turned)));
-    EXPECT_EQ(ShellPoints(key), moved);
-    EXPECT_EQ(ShellFaces(key), turned);
+    EXPECT_EQ(ShellOf(key), std::make_pair(moved, turned));
 
     EXPECT_TRUE(shell.Edit(key, "0 0 0, 1 0 0, 1 1 0, 0 1 0\n3 0 1 2 3 0 2 3 9 9 9"));
-    EXPECT_EQ(ShellFaces(key), std::vector<int>({3, 0, 1, 2, 3, 0, 2, 3}));
+    EXPECT_EQ(ShellOf(key).second, std::vector<int>({3, 0, 1, 2, 3, 0, 2, 3}));
 
-    const std::vector<HC_POINT> before = ShellPoints(key);
+    const auto before = ShellOf(key);
     EXPECT_FALSE(shell.Edit(key, ShellEditText(key, moved, {3, 2, 1, 0, 3, 3, 2, 4})));
     EXPECT_FALSE(shell.Edit(key, ShellEditText(key, moved, {3, 2, 1, 0, 4, 3, 2, 0})));
     EXPECT_FALSE(shell.Edit(key, "1 2 3, 4 5 6"));
     EXPECT_FALSE(shell.Edit(key, "label\n0 0 0 1 0 0 1 1 0 0 1 0 3 0 1 2 3 0 2 x"));
     EXPECT_FALSE(shell.Edit(key, "0 0 0 1 0 0 1 1 0 0 1 0 3 0 1 2 3 0 2 2.5"));
-    EXPECT_EQ(ShellPoints(key), before);
-    EXPECT_EQ(ShellFaces(key), std::vector<int>({3, 0, 1, 2, 3, 0, 2, 3}));
+    EXPECT_EQ(ShellOf(key), before);
     EXPECT_EQ(TakeErrors(), std::vector<std::string>());
 }
 

@@ -22,21 +22,25 @@ TEST_F(IfcBadFilesTest, FilesThatAreNoBuildingAreRefusedByName) {
     std::string garbage(4096, '\0');
     for (char& c : garbage)
         c = static_cast<char>(random());
+    fs::create_directories(folder / "folder.ifc");
     const struct {
         const char* file;
         std::string text;
         const char* error;
+        bool write = true;
     } rows[] = {
         {"empty.ifc", "", "empty: not an IFC file"},
         {"garbage.ifc", garbage, "garbage: not an IFC file"},
         {"scene.ifc", ";; Obsidra metafile 1\n(Segment \"a\")\n", "scene: not an IFC file"},
         {"huge.ifc", {}, "huge.ifc: it holds 2147483648 bytes, more than an IFC file may"},
+        {"missing.ifc", {}, "missing.ifc: No such file or directory", false},
+        {"folder.ifc", {}, "folder.ifc: it is a directory", false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.file);
         const fs::path file = folder / row.file;
-        std::ofstream(file, std::ios::binary) << row.text;
-        if (row.text.empty() && std::string_view(row.file) == "huge.ifc")
+        if (row.write) std::ofstream(file, std::ios::binary) << row.text;
+        if (std::string_view(row.file) == "huge.ifc")
             fs::resize_file(file, std::uintmax_t(2) << 30); // sparse: costs no disk
         HC_Reset_System();
         HC_Open_Segment("/other");

@@ -109,17 +109,5 @@ TEST_F(IfcComponentHostTest, StatisticsCountEveryComponentByMinorCategory) {
               "总构件个数->> 41");
 }
 
-TEST_F(IfcComponentHostTest, TheInformationTextShowsTheGuidAndTheShellKey) {
-    const IfcComponent& wall = Component("3g46_woBL6sugXeY5_WP6n");
-    const NodeIndex node = NodeOf(wall);
-    EXPECT_NE(m_tree->InformationText(node).find("ea106fba-c8b5-46db-8aa1-a2217e8191b1"),
-              std::string::npos);
-    ASSERT_EQ(m_tree->Children(node).size(), 1u);
-    const std::string geometry = m_tree->InformationText(m_tree->Children(node)[0]);
-    EXPECT_NE(geometry.find(std::to_string(wall.shells[0])), std::string::npos) << geometry;
-    EXPECT_NE(geometry.find("全几何"), std::string::npos);
-    EXPECT_NE(geometry.find("参数:GlobalId=3g46_woBL6sugXeY5_WP6n"), std::string::npos);
-}
-
 } // namespace
 } // namespace obsidra::host::ifc::testing

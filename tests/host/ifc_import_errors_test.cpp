@@ -101,17 +101,6 @@ TEST_F(IfcImportErrorsTest, EntitiesThatCannotBeReadAreSkippedWithOneWarningEach
     }
 }
 
-TEST_F(IfcImportErrorsTest, FilesThatCannotBeReadAreReported) {
-    ImportResult missing = ImportIfcFile(OBSIDRA_TEST_DATA "/no such file.ifc");
-    EXPECT_FALSE(missing.building);
-    EXPECT_EQ(missing.error.find("cannot open " OBSIDRA_TEST_DATA "/no such file.ifc"), 0u)
-        << missing.error;
-    ImportResult directory = ImportIfcFile(OBSIDRA_TEST_DATA);
-    EXPECT_FALSE(directory.building);
-    EXPECT_NE(directory.error.find("is a directory"), std::string::npos) << directory.error;
-    EXPECT_TRUE(List("/", "segments").empty());
-}
-
 TEST_F(IfcImportErrorsTest, TheImportSegmentMustBeAbsolutePlainAndEmpty) {
     HC_Open_Segment("/busy");
     HC_POINT points[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};

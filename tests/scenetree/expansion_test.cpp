@@ -4,7 +4,39 @@ using namespace obsidra::scenetree;
 
 namespace {
 
-using ExpansionTest = SegmentTreeTest;
+class ExpansionTest : public SegmentTreeTest {
+protected:
+    struct Everything {
+        HC_KEY all, a, include, style, named;
+    };
+    // "all" in the model: one thing of every group (a shell with a colour of its own, a
+    // reference to a segment and one to the shell), then the subsegments a and b.
+    Everything BuildEverything() {
+        HC_Open_Segment("/library/part");
+        Triangle();
+        HC_KEY part = HC_Create_Segment(".");
+        Close();
+        OpenModelPath(ModelKey(), "all");
+        HC_Set_Heuristics("static model");
+        HC_POINT line[] = {{0, 0, 0}, {1, 1, 1}};
+        HC_Insert_Polyline(2, line);
+        HC_KEY shell = Triangle();
+        HC_Open_Geometry(shell);
+        HC_Set_Color("faces=red");
+        HC_Close_Geometry();
+        HC_Define_Local_Texture("wood", "source=oak");
+        Everything made{HC_Create_Segment("."), 0, HC_Include_Segment("/library/part"),
+                        HC_Conditional_Style("/library/part", "night"), 0};
+        HC_Define_Named_Style("red", "/library/part");
+        made.named = HC_Named_Style_Segment("red");
+        HC_Reference_Geometry_By_Key(part);
+        HC_Reference_Geometry_By_Key(shell);
+        made.a = HC_Create_Segment("a");
+        HC_Create_Segment("b");
+        Close(2);
+        return made;
+    }
+};
 
 TEST_F(ExpansionTest, ConstructionMakesTheRootAndTheTopNodeOfTheModel) {
     HoopsSegmentTree& tree = MakeTree();
@@ -27,32 +59,11 @@ TEST_F(ExpansionTest, ConstructionMakesTheRootAndTheTopNodeOfTheModel) {
     EXPECT_TRUE(Shown(fromRoot.GetTopNode())->HasChildren());
 }
 
-// Builds a segment that holds one thing of every group, then two subsegments.
 TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
-    HC_Open_Segment("/library/part");
-    Triangle();
-    HC_KEY part = HC_Create_Segment(".");
-    Close();
-    OpenModelPath(ModelKey(), "all");
-    HC_Set_Heuristics("static model");
-    HC_POINT line[] = {{0, 0, 0}, {1, 1, 1}};
-    HC_Insert_Polyline(2, line);
-    Triangle();
-    HC_Define_Local_Texture("wood", "source=oak");
-    HC_KEY include = HC_Include_Segment("/library/part");
-    HC_KEY style = HC_Conditional_Style("/library/part", "night");
-    HC_Define_Named_Style("red", "/library/part");
-    HC_KEY named = HC_Named_Style_Segment("red");
-    HC_Reference_Geometry_By_Key(part);
-    HC_KEY all = HC_Create_Segment(".");
-    HC_KEY a = HC_Create_Segment("a");
-    HC_Create_Segment("b");
-    Close(2);
-
+    const auto [all, a, include, style, named] = BuildEverything();
     TreeGraphItem* node = Open(Expand(Top()), "all");
-    EXPECT_EQ(Labels(node),
-              (std::vector<std::string>{"STATIC_TREE", "GEOMETRY", "DEFINES", "INCLUDES", "STYLES",
-                                        "NAMED STYLES", "REFERENCES", "a", "b"}));
+    EXPECT_EQ(Labels(node), (Strings{"STATIC_TREE", "GEOMETRY", "DEFINES", "INCLUDES", "STYLES",
+                                     "NAMED STYLES", "REFERENCES", "a", "b"}));
     struct Row {
         const char* label;
         HC_KEY key;
@@ -82,19 +93,17 @@ TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
         child = child->GetNextSibling();
     }
 
-    EXPECT_EQ(Labels(Open(node, "GEOMETRY")), (std::vector<std::string>{"SHELL", "POLYLINE"}));
-    EXPECT_EQ(Labels(Open(node, "DEFINES")),
-              (std::vector<std::string>{"LOCAL TEXTURE", "NAMED STYLE DEFINITION"}));
-    EXPECT_EQ(Labels(Open(node, "INCLUDES")),
-              (std::vector<std::string>{KeyHex(include) + " - /library/part"}));
+    EXPECT_EQ(Labels(Open(node, "GEOMETRY")), (Strings{"SHELL", "POLYLINE"}));
+    EXPECT_EQ(Labels(Open(node, "DEFINES")), (Strings{"LOCAL TEXTURE", "NAMED STYLE DEFINITION"}));
+    EXPECT_EQ(Labels(Open(node, "INCLUDES")), (Strings{KeyHex(include) + " - /library/part"}));
     EXPECT_EQ(Labels(Open(node, "STYLES")),
-              (std::vector<std::string>{KeyHex(style) + " - /library/part (Condition: night)"}));
+              (Strings{KeyHex(style) + " - /library/part (Condition: night)"}));
     TreeGraphItem* named_styles = Open(node, "NAMED STYLES");
-    EXPECT_EQ(Labels(named_styles), (std::vector<std::string>{KeyHex(named) + " - red"}));
+    EXPECT_EQ(Labels(named_styles), (Strings{KeyHex(named) + " - red"}));
     EXPECT_FALSE(Shown(named_styles->GetFirstChild())->HasChildren());
     TreeGraphItem* includeNode = Open(node, "INCLUDES")->GetFirstChild();
     EXPECT_TRUE(Shown(includeNode)->HasChildren());
-    EXPECT_EQ(Labels(Expand(includeNode)), (std::vector<std::string>{"part"}));
+    EXPECT_EQ(Labels(Expand(includeNode)), (Strings{"part"}));
 
     TreeGraphItem* staticTree = Open(node, "STATIC_TREE");
     EXPECT_TRUE(staticTree->GetExpandedMark());
@@ -107,23 +116,7 @@ TEST_F(ExpansionTest, GroupsComeBeforeSubsegmentsInTheirFixedOrder) {
 // Each node is reached by the labels on its way down from the top node, "*" standing for the
 // first child; what it is comes from its data, so a view may relabel it freely.
 TEST_F(ExpansionTest, EveryNodeKeepsItsKindAsData) {
-    HC_KEY part = HC_Create_Segment("/library/part");
-    OpenModelPath(ModelKey(), "all");
-    HC_Set_Heuristics("static model");
-    HC_KEY shell = Triangle();
-    HC_Open_Geometry(shell);
-    HC_Set_Color("faces=red");
-    HC_Close_Geometry();
-    HC_Define_Local_Texture("wood", "source=oak");
-    HC_Include_Segment("/library/part");
-    HC_Style_Segment("/library/part");
-    HC_Define_Named_Style("red", "/library/part");
-    HC_Named_Style_Segment("red");
-    HC_Reference_Geometry_By_Key(part);
-    HC_Reference_Geometry_By_Key(shell);
-    HC_Create_Segment("a");
-    Close(2);
-
+    BuildEverything();
     const struct {
         std::vector<std::string> path;
         NodeKind kind;
@@ -177,22 +170,21 @@ TEST_F(ExpansionTest, GeometryKindsListTheirItemsAndItemsTheirAttributes) {
     Close();
 
     TreeGraphItem* geometry = Open(Expand(Top()), "GEOMETRY");
-    EXPECT_EQ(Labels(geometry), (std::vector<std::string>{"SHELL", "TEXT"}));
+    EXPECT_EQ(Labels(geometry), (Strings{"SHELL", "TEXT"}));
     TreeGraphItem* shells = Open(geometry, "SHELL");
     const std::string shell = "Points:3, 1 Faces in 1 Tristrips, LODS:0";
-    EXPECT_EQ(Labels(shells), (std::vector<std::string>{KeyHex(first) + " - " + shell,
-                                                        KeyHex(second) + " - " + shell}));
+    EXPECT_EQ(Labels(shells),
+              (Strings{KeyHex(first) + " - " + shell, KeyHex(second) + " - " + shell}));
     EXPECT_EQ(shells->GetFirstChild()->GetKey(), first);
     EXPECT_EQ(shells->GetFirstChild()->GetSelectionClass(), kClassGeometry);
     EXPECT_FALSE(Shown(shells->GetFirstChild())->HasChildren());
     TreeGraphItem* withAttributes = shells->GetLastChild();
     EXPECT_TRUE(Shown(withAttributes)->HasChildren());
     EXPECT_EQ(Labels(Expand(withAttributes)),
-              (std::vector<std::string>{"COLOR: faces=red", "USER OPTIONS: tag=door"}));
+              (Strings{"COLOR: faces=red", "USER OPTIONS: tag=door"}));
     EXPECT_TRUE(Tree().IsAttributeLine(withAttributes->GetFirstChild()));
     EXPECT_EQ(Labels(Open(geometry, "TEXT")),
-              (std::vector<std::string>{KeyHex(text) +
-                                        " - Position: 0.000000 0.000000 0.000000  Text: hello"}));
+              (Strings{KeyHex(text) + " - Position: 0.000000 0.000000 0.000000  Text: hello"}));
 }
 
 struct PagingRow {
@@ -205,10 +197,7 @@ class PagingTest : public SegmentTreeTest, public ::testing::WithParamInterface<
 
 TEST_P(PagingTest, LongListsOfSubsegmentsComeInPagesOfAThousand) {
     const PagingRow& row = GetParam();
-    OpenModelPath(ModelKey());
-    for (int i = 0; i < row.subsegments; ++i)
-        HC_Create_Segment(("s" + std::to_string(i)).c_str());
-    Close();
+    MakeNumbered(row.subsegments);
     TreeGraphItem* top = Expand(Top());
     if (row.pages.empty()) {
         ASSERT_EQ(top->GetChildCount(), static_cast<size_t>(row.subsegments));
@@ -250,10 +239,7 @@ TEST_F(ExpansionTest, DirectListingsShowOriginalKeysAndPagesTheKeysAsListed) {
     Close();
     EXPECT_EQ(Expand(Top())->GetFirstChild()->GetKey(), renamed);
 
-    OpenModelPath(ModelKey());
-    for (int i = 0; i < 1000; ++i)
-        HC_Create_Segment(("s" + std::to_string(i)).c_str());
-    Close();
+    MakeNumbered(1000);
     TreeGraphItem* page = Expand(Expand(Top())->GetFirstChild());
     EXPECT_STREQ(page->GetFirstChild()->GetLabel(), "renumbered");
     EXPECT_EQ(page->GetFirstChild()->GetKey(), 77);
@@ -268,9 +254,8 @@ TEST_F(ExpansionTest, IncludesAreRefreshedInPlace) {
     HC_KEY b = HC_Conditional_Include("/library/b", "night");
     Close();
     TreeGraphItem* includes = Open(Expand(Top()), "INCLUDES");
-    EXPECT_EQ(Labels(includes),
-              (std::vector<std::string>{KeyHex(a) + " - /library/a",
-                                        KeyHex(b) + " - /library/b (Condition: night)"}));
+    EXPECT_EQ(Labels(includes), (Strings{KeyHex(a) + " - /library/a",
+                                         KeyHex(b) + " - /library/b (Condition: night)"}));
     TreeGraphItem* kept = Expand(includes->GetFirstChild());
     ASSERT_EQ(kept->GetChildCount(), 1u);
 
@@ -280,7 +265,7 @@ TEST_F(ExpansionTest, IncludesAreRefreshedInPlace) {
     Close();
     Expand(includes);
     EXPECT_EQ(Labels(includes),
-              (std::vector<std::string>{KeyHex(a) + " - /library/a", KeyHex(c) + " - /library/c"}));
+              (Strings{KeyHex(a) + " - /library/a", KeyHex(c) + " - /library/c"}));
     EXPECT_EQ(includes->GetFirstChild(), kept);
     EXPECT_EQ(kept->GetChildCount(), 1u) << "a kept include keeps its children";
 }
@@ -299,7 +284,7 @@ TEST_F(ExpansionTest, ReferencesSplitIntoGeometryAndSegmentReferences) {
 
     TreeGraphItem* references = Open(Open(Expand(Top()), "user"), "REFERENCES");
     EXPECT_EQ(references->GetKey(), user);
-    EXPECT_EQ(Labels(references), (std::vector<std::string>{"GEOMETRY_REF", "SEGMENT_REF"}));
+    EXPECT_EQ(Labels(references), (Strings{"GEOMETRY_REF", "SEGMENT_REF"}));
     for (TreeGraphItem* group = references->GetFirstChild(); group; group = group->GetNextSibling())
         EXPECT_EQ(group->GetSelectionClass(), kClassGroup);
 
@@ -316,7 +301,7 @@ TEST_F(ExpansionTest, ReferencesSplitIntoGeometryAndSegmentReferences) {
     EXPECT_EQ(toLib->GetLabel(), KeyHex(toSegment) + " - " + Path(lib) + " - no shells");
     EXPECT_EQ(toLib->GetFlags(), kFlagReferencedSegment);
     EXPECT_EQ(toLib->GetSelectionClass(), kClassGeometry);
-    EXPECT_EQ(Labels(Open(Expand(toLib), "GEOMETRY")), (std::vector<std::string>{"MARKER"}))
+    EXPECT_EQ(Labels(Open(Expand(toLib), "GEOMETRY")), (Strings{"MARKER"}))
         << "the filter leaves the shell out";
 }
 
@@ -330,8 +315,7 @@ TEST_F(ExpansionTest, ReferencesOfOneKindPageOnlyWhenThatKindFillsAPage) {
     Close();
     TreeGraphItem* references = Open(Expand(Top()), "REFERENCES");
     TreeGraphItem* segments = Open(references, "SEGMENT_REF");
-    EXPECT_EQ(Labels(segments),
-              (std::vector<std::string>{"REFERENCES 1-1000", "REFERENCES 1001-1002"}));
+    EXPECT_EQ(Labels(segments), (Strings{"REFERENCES 1-1000", "REFERENCES 1001-1002"}));
     EXPECT_EQ(segments->GetFirstChild()->GetSelectionClass(), kClassReferencePage);
     NodeData range = DataOf(segments->GetLastChild());
     EXPECT_EQ(range.kind, NodeKind::ReferencePage);
@@ -352,13 +336,13 @@ TEST_F(ExpansionTest, ANodeWhoseObjectIsGoneStaysAsItIs) {
     Close(2);
     TreeGraphItem* node = Open(Expand(Top()), "doomed");
     TreeGraphItem* geometry = node->GetFirstChild();
-    ASSERT_EQ(Labels(node), (std::vector<std::string>{"GEOMETRY", "child"}));
+    ASSERT_EQ(Labels(node), (Strings{"GEOMETRY", "child"}));
 
     HC_Delete_By_Key(doomed);
     node->SetExpandedMark(false);
     Expand(node);
     Expand(geometry);
-    EXPECT_EQ(Labels(node), (std::vector<std::string>{"GEOMETRY", "child"}));
+    EXPECT_EQ(Labels(node), (Strings{"GEOMETRY", "child"}));
     EXPECT_FALSE(node->GetExpandedMark());
     EXPECT_FALSE(geometry->GetExpandedMark());
     m_graph.AddMessage("before");

@@ -16,25 +16,16 @@ TEST_F(InformationTest, ASegmentShowsItsPathKeyAttributesCensusAndBounds) {
     HC_Insert_Shell(6, points, 10, faces);
     HC_KEY walls = HC_Create_Segment(".");
     Close(2);
-    TreeGraphItem* node = Open(Expand(Top()), "walls");
-    m_graph.OnSelectItem(node);
+    HC_KEY empty = Make("empty");
+    m_graph.OnSelectItem(Open(Expand(Top()), "walls"));
     EXPECT_EQ(m_graph.Messages(),
-              (std::vector<std::string>{
-                  ModelPath() + "/walls", "Key: " + KeyHex(walls), "COLOR: faces=red",
-                  "2 faces, 6 vertices", "1 shells",
-                  "Bounding type=cuboid: { (0.000000, 0.000000, 0.000000), (2.000000, "
-                  "1.000000, 0.000000) }"}));
-}
-
-TEST_F(InformationTest, AnEmptySegmentWritesNoCensus) {
-    OpenModelPath(ModelKey(), "empty");
-    HC_KEY empty = HC_Create_Segment(".");
-    Close(2);
-    EXPECT_TRUE(CensusLines(empty).empty());
-    EXPECT_EQ(BoundingText(empty), "");
-    m_graph.OnSelectItem(Open(Expand(Top()), "empty"));
-    EXPECT_EQ(m_graph.Messages(),
-              (std::vector<std::string>{ModelPath() + "/empty", "Key: " + KeyHex(empty)}));
+              (Strings{ModelPath() + "/walls", "Key: " + KeyHex(walls), "COLOR: faces=red",
+                       "2 faces, 6 vertices", "1 shells",
+                       "Bounding type=cuboid: { (0.000000, 0.000000, 0.000000), (2.000000, "
+                       "1.000000, 0.000000) }"}));
+    // An empty segment writes no census and no bounds.
+    m_graph.OnSelectItem(Open(Top(), "empty"));
+    EXPECT_EQ(m_graph.Messages(), (Strings{ModelPath() + "/empty", "Key: " + KeyHex(empty)}));
 }
 
 TEST_F(InformationTest, CensusLinesKeepTheirOrderAndPluralWords) {
@@ -48,9 +39,8 @@ TEST_F(InformationTest, CensusLinesKeepTheirOrderAndPluralWords) {
     HC_Insert_Polyline(2, line);
     Triangle();
     Close();
-    EXPECT_EQ(CensusLines(ModelKey()),
-              (std::vector<std::string>{"1 faces, 1 triangles, 3 vertices", "1 shells",
-                                        "2 polylines", "1 spheres", "1 text strings"}));
+    EXPECT_EQ(CensusLines(ModelKey()), (Strings{"1 faces, 1 triangles, 3 vertices", "1 shells",
+                                                "2 polylines", "1 spheres", "1 text strings"}));
 }
 
 TEST_F(InformationTest, BoundingLinesByType) {
@@ -105,9 +95,9 @@ TEST_F(InformationTest, GeometryKindsCountPiecesAndReferencesShowTheirFilter) {
     TreeGraphItem* top = Expand(Top());
     TreeGraphItem* geometry = Open(Open(top, "lib"), "GEOMETRY");
     m_graph.OnSelectItem(geometry->GetFirstChild());
-    EXPECT_EQ(m_graph.Messages(), (std::vector<std::string>{"1 piece of geometry"}));
+    EXPECT_EQ(m_graph.Messages(), (Strings{"1 piece of geometry"}));
     m_graph.OnSelectItem(geometry->GetLastChild());
-    EXPECT_EQ(m_graph.Messages(), (std::vector<std::string>{"2 pieces of geometry"}));
+    EXPECT_EQ(m_graph.Messages(), (Strings{"2 pieces of geometry"}));
 
     TreeGraphItem* refs = Open(Open(Open(top, "user"), "REFERENCES"), "SEGMENT_REF");
     m_graph.OnSelectItem(refs->GetFirstChild());
@@ -145,13 +135,7 @@ TEST_F(InformationTest, SelectionStateFollowsTheViewsSelectionThroughIncludes) {
 }
 
 TEST_F(InformationTest, APageIsSelectedWhenItsRangeHoldsASelectedSegment) {
-    OpenModelPath(ModelKey());
-    HC_KEY picked = 0;
-    for (int i = 0; i < 1500; ++i) {
-        HC_KEY key = HC_Create_Segment(("s" + std::to_string(i)).c_str());
-        if (i == 1200) picked = key;
-    }
-    Close();
+    const HC_KEY picked = MakeNumbered(1500)[1200];
     m_view->GetSelection()->Select(picked);
     TreeGraphItem* top = Expand(Top());
     EXPECT_FALSE(Shown(top->GetFirstChild())->Highlighted());
@@ -178,9 +162,7 @@ TEST_F(InformationTest, ShowBoundingPassesTheIncludePathToTheView) {
 }
 
 TEST_F(InformationTest, EditingASegmentLabelRenamesTheSegment) {
-    OpenModelPath(ModelKey());
-    HC_KEY old = HC_Create_Segment("old");
-    Close();
+    HC_KEY old = Make("old");
     TreeGraphItem* node = Expand(Top())->GetFirstChild();
     m_graph.OnEndLabelEdit(node, "new");
     EXPECT_STREQ(node->GetLabel(), "new");

@@ -30,14 +30,14 @@ TEST_F(NameFilteredTree, ShowsTheWayToEachHitOpenAndBringsBackWhatWasOpen) {
     const auto unfiltered = Labels(Top());
 
     EXPECT_EQ(Tree().SetNameFilter("WALL"), 1203);
-    EXPECT_EQ(Labels(Top()), (std::vector<std::string>{"Walls", "roof", "many"}))
+    EXPECT_EQ(Labels(Top()), (Strings{"Walls", "roof", "many"}))
         << "no grouping nodes, no segment without a hit below it";
     TreeGraphItem* walls = Top()->GetFirstChild();
     EXPECT_TRUE(walls->GetExpandedMark());
-    EXPECT_EQ(Labels(walls), std::vector<std::string>{"wall 1"});
+    EXPECT_EQ(Labels(walls), Strings{"wall 1"});
     EXPECT_FALSE(Shown(walls->GetFirstChild())->HasChildren()) << "a hit shows no contents";
     TreeGraphItem* many = walls->GetNextSibling()->GetNextSibling();
-    EXPECT_EQ(Labels(many), (std::vector<std::string>{"SEGMENTS 1-1000", "SEGMENTS 1001-1200"}));
+    EXPECT_EQ(Labels(many), (Strings{"SEGMENTS 1-1000", "SEGMENTS 1001-1200"}));
     EXPECT_EQ(many->GetFirstChild()->GetChildCount(), 1000) << "the first page is open";
     EXPECT_EQ(Labels(Expand(many->GetLastChild())).back(), "wall part 1199");
 
@@ -45,13 +45,13 @@ TEST_F(NameFilteredTree, ShowsTheWayToEachHitOpenAndBringsBackWhatWasOpen) {
     const std::vector<HC_KEY> chain = Tree().SegmentChain(trim);
     std::atomic<bool> cancelled{true};
     EXPECT_EQ(Tree().SetNameFilter("door", &cancelled), -1);
-    EXPECT_EQ(Labels(Top()), (std::vector<std::string>{"Walls", "roof", "many"})) << "unchanged";
+    EXPECT_EQ(Labels(Top()), (Strings{"Walls", "roof", "many"})) << "unchanged";
 
     EXPECT_EQ(Tree().SetNameFilter(""), 0);
     EXPECT_EQ(Labels(Top()), unfiltered);
     walls = Top()->GetFirstChild();
     EXPECT_TRUE(walls->GetExpandedMark()) << "open again as before the filter";
-    EXPECT_EQ(Labels(walls), (std::vector<std::string>{"wall 1", "door"}));
+    EXPECT_EQ(Labels(walls), (Strings{"wall 1", "door"}));
     const TreeGraphItem* revealed = Tree().RevealSegmentChain(chain);
     ASSERT_NE(revealed, nullptr);
     EXPECT_STREQ(revealed->GetLabel(), "Wall trim");

@@ -159,8 +159,7 @@ TEST_F(SearchTest, ASelfIncludingSegmentStopsAtTheDepthLimitWithOneMessage) {
     MakeTree();
     int hits = Tree().SearchGeometry("shell");
     EXPECT_EQ(m_notifier.GetMessages(),
-              (std::vector<std::string>{
-                  "Maximum search depth reached.  Some search results may be omitted."}));
+              (Strings{"Maximum search depth reached.  Some search results may be omitted."}));
     // Every level of the cycle adds the segment and its include to the path.
     EXPECT_GT(hits, 100);
     for (const SearchResult& result : Tree().GetSearchResults())
@@ -178,8 +177,7 @@ TEST_F(SearchTest, ACycleWithTwoWaysRoundEndsTooWithTheMessage) {
     MakeTree();
     Tree().SearchSegments("no such segment");
     EXPECT_EQ(m_notifier.GetMessages(),
-              (std::vector<std::string>{
-                  "Maximum search depth reached.  Some search results may be omitted."}));
+              (Strings{"Maximum search depth reached.  Some search results may be omitted."}));
 }
 
 } // namespace

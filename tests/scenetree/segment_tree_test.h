@@ -12,6 +12,8 @@
 #include "scenetree/hoops_segment_tree.h"
 #include "scenetree/scene_access.h"
 
+using Strings = std::vector<std::string>;
+
 // An item that keeps what a view would show: the expander and the highlight.
 class RecordingItem : public TreeGraphItem {
 public:
@@ -106,6 +108,22 @@ protected:
     static void OpenModelPath(HC_KEY model, const char* path = nullptr) {
         HC_Open_Segment_By_Key(model);
         if (path) HC_Open_Segment(path);
+    }
+    // A segment of that name in the model, made when it is not there.
+    HC_KEY Make(const char* name) {
+        OpenModelPath(ModelKey());
+        const HC_KEY key = HC_Open_Segment(name);
+        Close(2);
+        return key;
+    }
+    // Subsegments s0, s1, ... of the model, enough to fill pages; their keys.
+    std::vector<HC_KEY> MakeNumbered(int count) {
+        std::vector<HC_KEY> keys;
+        OpenModelPath(ModelKey());
+        for (int i = 0; i < count; ++i)
+            keys.push_back(HC_Create_Segment(("s" + std::to_string(i)).c_str()));
+        Close();
+        return keys;
     }
     static void Close(int levels = 1) {
         for (int i = 0; i < levels; ++i)

@@ -153,15 +153,14 @@ public:
             {"flush", 2, &Soak::Flush},
             {"search", 8, &Soak::Search},
             {"key search", 3, &Soak::KeySearch},
-            {"cut", 2, &Soak::Cut},
-            {"paste", 2, &Soak::Paste},
             {"optimize", 2, &Soak::Optimize},
             {"save and load", 2, &Soak::SaveAndLoad},
             {"create child", 3, &Soak::CreateChild},
             {"include or style", 3, &Soak::IncludeOrStyle},
             {"renumber", 2, &Soak::Renumber},
             {"refresh", 1, &Soak::Refresh},
-            {"menu command", 25, &Soak::MenuCommand},
+            // Cut and paste, among others, come only through the menu, as the browser runs them.
+            {"menu command", 29, &Soak::MenuCommand},
         };
         static const int total = [] {
             int sum = 0;
@@ -177,14 +176,14 @@ public:
                 // and pastes into a segment's own subtree double it, and loads with followed
                 // includes add to the library each time: past a size the scene starts again, or
                 // every step would take longer than the last.
-                const int objects = Objects();
+                const int objects = Count(HC_Create_Segment("/"), "everything");
                 if (!IsSegment(m_session->ModelKey()) || objects > kMaxObjects) {
                     m_session.reset();
                     HC_Reset_System();
                     ++restarts;
                     m_session = std::make_unique<TreeSession>();
                 }
-                if (Segments() < 5) Grow();
+                if (Count(m_session->ModelKey(), "segments") < 5) Grow();
                 return step.name;
             }
             pick -= step.weight;
@@ -248,18 +247,10 @@ private:
     }
     static constexpr int kMaxObjects = 20000;
 
-    int Objects() {
-        HC_Open_Segment("/");
-        HC_Begin_Contents_Search("...", "everything");
-        int count = 0;
-        HC_Show_Contents_Count(&count);
-        HC_End_Contents_Search();
-        HC_Close_Segment();
-        return count;
-    }
-    int Segments() {
-        HC_Open_Segment_By_Key(m_session->ModelKey());
-        HC_Begin_Contents_Search("...", "segments");
+    // How many things of the types lie in the segment and below it.
+    static int Count(HC_KEY segment, const char* types) {
+        HC_Open_Segment_By_Key(segment);
+        HC_Begin_Contents_Search("...", types);
         int count = 0;
         HC_Show_Contents_Count(&count);
         HC_End_Contents_Search();
@@ -339,25 +330,6 @@ private:
             std::snprintf(text, sizeof text, "%llX", static_cast<unsigned long long>(key));
             Tree().FindAndSelectByKeyText(OneIn(6) ? "not a key" : text);
         }
-    }
-    // Cut and paste as the browser makes them: the cut segment moves into the clipboard
-    // segment, and a paste copies the clipboard's contents below the target.
-    void Cut() {
-        TreeGraphItem* node = SegmentNode();
-        if (!node || !IsSegment(node->GetKey()) || node == Tree().GetTopNode()) return;
-        HC_Open_Segment("/cutgeometry");
-        HC_Flush_Contents(".", "everything");
-        if (IsAlive(node->GetKey())) HC_Move_By_Key(node->GetKey(), ".");
-        HC_Close_Segment();
-        m_session->Rebuild();
-    }
-    void Paste() {
-        TreeGraphItem* node = SceneSegmentNode();
-        if (!node || !IsSegment(node->GetKey())) return;
-        HC_Open_Segment_By_Key(node->GetKey());
-        HC_Copy_Segment("/cutgeometry/*", "./*");
-        HC_Close_Segment();
-        Tree().ReReadChildren(node, node->GetKey());
     }
     void Optimize() {
         TreeGraphItem* node = SegmentNode();

@@ -63,10 +63,6 @@ TEST(SceneTool, BadFilesAndArgumentsGiveAnErrorNotACrash) {
     EXPECT_EQ(Tool(obsidra::tools::ConvertCommand, {kExample}).code, 2);
 }
 
-} // namespace
-
-namespace {
-
 TEST(SceneTool, TheBundledShowcaseHoldsEveryKindOfGeometryAndReadsBackAsWritten) {
     const std::string showcase = std::string(OBSIDRA_SOURCE_DIR) + "/examples/showcase.hmf";
     Outcome run = Tool(obsidra::tools::TreeCommand, {showcase});
@@ -88,6 +84,40 @@ TEST(SceneTool, TheBundledShowcaseHoldsEveryKindOfGeometryAndReadsBackAsWritten)
     b << bundled.rdbuf();
     std::filesystem::remove(file);
     EXPECT_EQ(a.str(), b.str()) << "examples/showcase.hmf is what the showcase command writes";
+}
+
+TEST(SceneTreeCommands, BrowsePrintsTheTreeAsTheBrowserLabelsIt) {
+    Outcome one = Tool(obsidra::tools::BrowseCommand, {kExample, "--depth", "1"});
+    ASSERT_EQ(one.code, 0) << one.err;
+    EXPECT_EQ(one.out, "@FFFFFFFFFFFFFFFC\n  library\n  house\n  annotations\n");
+    Outcome deep = Tool(obsidra::tools::BrowseCommand, {kExample, "--depth", "3"});
+    EXPECT_NE(deep.out.find("\n    roof\n      STATIC_TREE\n      GEOMETRY\n      chimney\n"),
+              std::string::npos)
+        << deep.out;
+    EXPECT_EQ(Tool(obsidra::tools::BrowseCommand, {}).code, 2);
+}
+
+TEST(SceneTreeCommands, SearchListsTheRevealedNodes) {
+    Outcome run = Tool(obsidra::tools::SearchCommand, {kExample, "segment", "window"});
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "4 hits");
+    EXPECT_NE(run.out.find("@FFFFFFFFFFFFFFFC > house > first floor > window\n"),
+              std::string::npos);
+    EXPECT_EQ(Tool(obsidra::tools::SearchCommand, {kExample, "3", "zzz"}).out, "0 hits\n");
+    EXPECT_EQ(Tool(obsidra::tools::SearchCommand, {kExample, "colour", "x"}).code, 2);
+}
+
+TEST(SceneTreeCommands, InfoWritesTheInformationLinesOfASegment) {
+    Outcome run = Tool(obsidra::tools::InfoCommand, {kExample, "house/roof"});
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out, "/include library/@FFFFFFFFFFFFFFFC/house/roof\n"
+                       "Key: FFFFFFFFFFFFFFED\n"
+                       "HEURISTICS: static model\n"
+                       "7 faces, 2 triangles, 10 vertices\n"
+                       "2 shells\n"
+                       "Bounding type=cuboid: { (0.000000, 0.000000, 6.000000), (8.000000, "
+                       "6.000000, 8.000000) }\n");
+    EXPECT_EQ(Tool(obsidra::tools::InfoCommand, {kExample, "no/such"}).code, 1);
 }
 
 } // namespace

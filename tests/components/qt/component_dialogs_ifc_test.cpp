@@ -85,16 +85,6 @@ TEST_F(ComponentDialogsOverIfcTest, TheViewersBoxesHideTheHousesShellsAndItsRedM
                     .contains(QStringLiteral("ea106fba-c8b5-46db-8aa1-a2217e8191b1")));
 }
 
-TEST_F(ComponentDialogsOverIfcTest, StatisticsOfTheHouse) {
-    const CUxTongJiDialog dialog(m_host.get());
-    EXPECT_EQ(FindControl<QLabel>(&dialog, CUxTongJiDialog::kTotalId)->text(),
-              QStringLiteral("总构件个数->> 41"));
-    const QTreeWidget* list = FindControl<QTreeWidget>(&dialog, CUxTongJiDialog::kListId);
-    const auto rows = list->findItems(QStringLiteral("竖梃"), Qt::MatchExactly);
-    ASSERT_EQ(rows.size(), 1);
-    EXPECT_EQ(rows[0]->text(1), QStringLiteral("20"));
-}
-
 // With OBSIDRA_SCREENSHOTS naming a folder, both dialogs are saved there as people see them:
 // orn_viewer.png with a component selected, orn_viewer_filter.png with a filter typed,
 // tongji.png.
