@@ -124,20 +124,14 @@ TEST_P(SamplesTest, OpensCountedAndDrawn) {
 
 // Figures as read today; a change in them is a change in what reaches the user.
 INSTANTIATE_TEST_SUITE_P(
-    Buildings, SamplesTest,
+    Shared, SamplesTest,
     ::testing::Values(Sample{"ifc/IfcOpenHouse_IFC4.ifc", 41, 1246, 0.02},
                       Sample{"ifc/AC20-FZK-Haus.ifc", 90, 22798, 0.02},
                       Sample{"ifc/EnEff_BoilerGasRadiatorDHW_IFC4.ifc", 57, 13690, 0.02, true},
                       Sample{"ifc/Duplex_A_IFC2x3.ifc", 239, 26010, 0.02},
                       Sample{"ifc/Office_A_20110811.ifc", 904, 56317, 0.02},
-                      Sample{"ifc/Tekla_Carwash_MiniProject_IFC2x3.ifc", 3684, 210108, 0.02}),
-    [](const auto& info) {
-        return QFileInfo(info.param.file).completeBaseName().remove('-').remove('_').toStdString();
-    });
-
-INSTANTIATE_TEST_SUITE_P(
-    Meshes, SamplesTest,
-    ::testing::Values(Sample{"mesh/Spider_binary.stl", 0, 1368, 0},
+                      Sample{"ifc/Tekla_Carwash_MiniProject_IFC2x3.ifc", 3684, 210108, 0.02},
+                      Sample{"mesh/Spider_binary.stl", 0, 1368, 0},
                       Sample{"mesh/Wuson.ply", 0, 3732, 0},
                       Sample{"mesh/stanford-bunny.obj", 0, 69451, 0},
                       Sample{"mesh/BoxTextured_embedded.gltf", 0, 12, 0},
