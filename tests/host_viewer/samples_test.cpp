@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QMessageBox>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <obsidra/hc.h>
@@ -143,14 +142,3 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 } // namespace obsidra::host::viewer
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    // Recent files go to a settings folder of the test's own.
-    QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", settings.path().toUtf8());
-    QApplication app(argc, argv);
-    QCoreApplication::setOrganizationName("ObsidraTest");
-    QCoreApplication::setApplicationName("viewer-samples-test");
-    return RUN_ALL_TESTS();
-}
