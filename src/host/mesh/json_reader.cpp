@@ -66,8 +66,8 @@ private:
             do {
                 std::string key;
                 if (!String(&key) || !Take(':')) return false;
-                value.members.emplace_back(std::move(key), JsonValue());
-                if (!Value(value.members.back().second, depth + 1)) return false;
+                value.keys.push_back(std::move(key));
+                if (!Value(value.items.emplace_back(), depth + 1)) return false;
             } while (Take(','));
             return Take('}');
         case '[':
@@ -107,14 +107,15 @@ private:
 } // namespace
 
 const JsonValue* JsonValue::Member(std::string_view key) const {
-    for (const auto& [name, value] : members)
-        if (name == key) return &value;
+    if (kind != Kind::Object) return nullptr;
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        if (keys[i] == key) return &items[i];
     return nullptr;
 }
 
 const JsonValue* JsonValue::Item(const JsonValue* index) const {
     const std::optional<std::size_t> at = index ? index->Count() : std::nullopt;
-    return at && *at < items.size() ? &items[*at] : nullptr;
+    return kind == Kind::Array && at && *at < items.size() ? &items[*at] : nullptr;
 }
 
 std::optional<std::size_t> JsonValue::Count() const {

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace obsidra::host::mesh {
@@ -14,8 +13,8 @@ struct JsonValue {
     enum class Kind { Null, Bool, Number, String, Array, Object };
     Kind kind = Kind::Null;
     double number = 0;
-    std::vector<JsonValue> items;                           // an array's
-    std::vector<std::pair<std::string, JsonValue>> members; // an object's
+    std::vector<JsonValue> items;  // an array's, or an object's values
+    std::vector<std::string> keys; // an object's, one for each value
 
     // The member of an object, the item of an array at a whole-number index; or null.
     const JsonValue* Member(std::string_view key) const;
