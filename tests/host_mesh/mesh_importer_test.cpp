@@ -126,6 +126,19 @@ TEST_F(MeshImportTest, MaterialColoursGoOnTheSegmentOrTheOddShell) {
                                         "shell faces=(r=0.000 g=0.000 b=1.000)"}));
 }
 
+// A square of two triangles, with a blank line among its faces.
+constexpr const char* kOffSquare = "OFF\n4 2 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n\n3 0 2 3\n";
+
+TEST_F(MeshImportTest, OffFilesAreCheckedBeforeAssimpReadsThem) {
+    for (const std::string& off :
+         {std::string(kOffSquare), "# square\nOFF 4 2 0\n" + std::string(kOffSquare + 10)}) {
+        HC_Flush_Contents("/model/mesh", "everything");
+        const MeshImportResult result = ImportMeshFile(Write("square.off", off), m_segment);
+        ASSERT_TRUE(result.imported) << result.error;
+        EXPECT_EQ(result.faces, 2u);
+    }
+}
+
 // Four corners and two triangles, the second with a corner that is not there: assimp drops it.
 constexpr const char* kGltfWithABadCorner =
     R"({"asset":{"version":"2.0"},"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],)"
@@ -182,6 +195,14 @@ TEST_F(MeshImportTest, BadFilesLeaveTheSceneAsItWas) {
                               "property flmd5 x\nelement face 1\nend_header\n"),
          "line 5: a property of no known type"},
         {Write("endless.ply", "ply\nformat ascii 1.0\nelement vertex 3\n"), "no end_header"},
+        // assimp's reader passes over a face line without a corner count, then crashes on what
+        // follows (tests/fuzz/findings/assimp_off_crash.bin).
+        {Write("skipped.off", std::string(kOffSquare, 42) + "v\n ],\n "),
+         "line 8: a face without a corner count from 1 to 9"},
+        {Write("corner.off", std::string(kOffSquare, 42) + "3 0 2 4\n"),
+         "line 8: a face corner that is not one of the vertices"},
+        {Write("flat.off", "OFF\n1 0 0\n0 0\n"), "line 3: a vertex without three coordinates"},
+        {Write("comment.off", std::string(kOffSquare, 42) + "# a\n3 0 2 3\n"), "line 8: a face"},
         {Write("notes.txt", "v 0 0 0\n"), ".txt is not a mesh format this viewer reads"},
         {Write("noextension", "v 0 0 0\n"), "no extension"},
         {Write("solid.stl", "solid x\n"), "holds no faces"},

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/mesh/off_check.h"
 #include "host/mesh/ply_header.h"
 #include "host/mesh/stated_faces.h"
 
@@ -89,6 +90,8 @@ std::string CheckFile(const std::string& path, const Assimp::Importer& importer)
     if (Lower(extension) == ".ply")
         if (std::string problem = PlyHeaderProblem(in); !problem.empty())
             return path + ": " + problem;
+    if (Lower(extension) == ".off")
+        if (std::string problem = OffProblem(in); !problem.empty()) return path + ": " + problem;
     return {};
 }
 
