@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string_view>
 
 #include "host/mesh/json_reader.h"
 
@@ -82,14 +83,12 @@ std::optional<std::string> GltfJson(const std::string& path, bool binary) {
     if (binary) {
         unsigned char header[20];
         if (!in.read(reinterpret_cast<char*>(header), sizeof header)) return std::nullopt;
-        const auto word = [&](int at) {
-            return header[at] | header[at + 1] << 8 | header[at + 2] << 16 |
-                   static_cast<std::uint32_t>(header[at + 3]) << 24;
-        };
         if (std::string_view(reinterpret_cast<char*>(header), 4) != "glTF" ||
             std::string_view(reinterpret_cast<char*>(header) + 16, 4) != "JSON")
             return std::nullopt;
-        length = word(12);
+        // The first chunk's length, little-endian, after the magic, the version and the size.
+        length = header[12] | header[13] << 8 | header[14] << 16 |
+                 static_cast<std::uint32_t>(header[15]) << 24;
         if (length > size - sizeof header) return std::nullopt;
     }
     std::string json(static_cast<std::size_t>(length), '\0');
