@@ -150,15 +150,34 @@ constexpr const char* kGltfWithABadCorner =
     R"("accessors":[{"bufferView":0,"componentType":5126,"count":4,"type":"VEC3",)"
     R"("max":[1,1,0],"min":[0,0,0]},{"bufferView":1,"componentType":5123,"count":6,"type":"SCALAR"}]})";
 
+// The same as a binary glTF: a 12-byte header, the JSON chunk and the buffer as a BIN chunk.
+std::string CornerGlb() {
+    std::string json = kGltfWithABadCorner;
+    const std::size_t uri = json.find(R"(,"uri")");
+    json.erase(uri, json.find('}', uri) - uri);
+    json.resize((json.size() + 3) / 4 * 4, ' ');
+    const float corners[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
+    const std::uint16_t indices[] = {0, 1, 2, 0, 2, 9};
+    const std::string bin = std::string(reinterpret_cast<const char*>(corners), sizeof corners) +
+                            std::string(reinterpret_cast<const char*>(indices), sizeof indices);
+    const auto word = [](std::size_t value) {
+        const auto little = static_cast<std::uint32_t>(value); // the x86 order glTF has
+        return std::string(reinterpret_cast<const char*>(&little), 4);
+    };
+    return "glTF" + word(2) + word(28 + json.size() + bin.size()) + word(json.size()) + "JSON" +
+           json + word(bin.size()) + std::string("BIN\0", 4) + bin;
+}
+
 TEST_F(MeshImportTest, LostFacesAreTold) {
     const struct {
         const char* name;
-        const char* bytes;
+        std::string bytes;
         std::size_t faces;
         const char* warning;
     } cases[] = {
         {"line.ply", kPlyWithALine, 2, "1 of the 3 faces its header states were lost"},
         {"corner.gltf", kGltfWithABadCorner, 1, "1 of the 2 faces its JSON states were lost"},
+        {"corner.glb", CornerGlb(), 1, "1 of the 2 faces its JSON states were lost"},
     };
     for (const auto& lossy : cases) {
         SCOPED_TRACE(lossy.name);
