@@ -1,6 +1,7 @@
 #include "host/mesh/mesh_reader.h"
 
 #include <algorithm>
+#include <assimp/BaseImporter.h>
 #include <assimp/Importer.hpp>
 #include <assimp/ProgressHandler.hpp>
 #include <assimp/config.h>
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 #include "host/mesh/off_check.h"
 #include "host/mesh/ply_header.h"
@@ -76,6 +78,24 @@ MeshReadResult Failure(std::string error) {
     return result;
 }
 
+// assimp reads a file with the one reader that claims its extension. When several claim it (the
+// two glTF readers .gltf and .glb) and none of them takes the content, it tries every reader it
+// has on the content, whatever the file is called: a .glb holding an OFF file would go to the
+// OFF reader unchecked. Such a file is refused instead.
+bool NoClaimantTakes(const std::string& path, const std::string& extension,
+                     const Assimp::Importer& importer) {
+    int claimants = 0;
+    for (std::size_t i = 0; i < importer.GetImporterCount(); ++i) {
+        Assimp::BaseImporter* reader = importer.GetImporter(i);
+        std::set<std::string> extensions;
+        reader->GetExtensionList(extensions);
+        if (!extensions.count(extension.substr(1))) continue;
+        if (reader->CanRead(path, importer.GetIOHandler(), true)) return false;
+        ++claimants;
+    }
+    return claimants > 1;
+}
+
 // Why the file cannot be a mesh file before assimp is asked, or empty.
 std::string CheckFile(const std::string& path, const Assimp::Importer& importer) {
     std::error_code code;
@@ -92,6 +112,8 @@ std::string CheckFile(const std::string& path, const Assimp::Importer& importer)
             return path + ": " + problem;
     if (Lower(extension) == ".off")
         if (std::string problem = OffProblem(in); !problem.empty()) return path + ": " + problem;
+    if (NoClaimantTakes(path, Lower(extension), importer))
+        return path + ": the file is not what its extension " + extension + " says";
     return {};
 }
 
