@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <vector>
 
 #include "host/mesh/off_check.h"
 #include "host/mesh/ply_header.h"
@@ -84,16 +85,15 @@ MeshReadResult Failure(std::string error) {
 // OFF reader unchecked. Such a file is refused instead.
 bool NoClaimantTakes(const std::string& path, const std::string& extension,
                      const Assimp::Importer& importer) {
-    int claimants = 0;
+    std::vector<Assimp::BaseImporter*> claimants;
     for (std::size_t i = 0; i < importer.GetImporterCount(); ++i) {
-        Assimp::BaseImporter* reader = importer.GetImporter(i);
         std::set<std::string> extensions;
-        reader->GetExtensionList(extensions);
-        if (!extensions.count(extension.substr(1))) continue;
-        if (reader->CanRead(path, importer.GetIOHandler(), true)) return false;
-        ++claimants;
+        importer.GetImporter(i)->GetExtensionList(extensions);
+        if (extensions.count(extension.substr(1))) claimants.push_back(importer.GetImporter(i));
     }
-    return claimants > 1;
+    return claimants.size() > 1 && std::none_of(claimants.begin(), claimants.end(), [&](auto* r) {
+               return r->CanRead(path, importer.GetIOHandler(), true);
+           });
 }
 
 // Why the file cannot be a mesh file before assimp is asked, or empty.
