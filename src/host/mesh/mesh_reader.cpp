@@ -80,9 +80,9 @@ MeshReadResult Failure(std::string error) {
 }
 
 // assimp reads a file with the one reader that claims its extension. When several claim it (the
-// two glTF readers .gltf and .glb) and none of them takes the content, it tries every reader it
-// has on the content, whatever the file is called: a .glb holding an OFF file would go to the
-// OFF reader unchecked. Such a file is refused instead.
+// two glTF readers .gltf and .glb, three readers .xml) and none of them takes the content, it tries
+// every reader it has on the content, whatever the file is called: a .glb holding an OFF file would
+// go to the OFF reader unchecked. Such a file is refused instead.
 bool NoClaimantTakes(const std::string& path, const std::string& extension,
                      const Assimp::Importer& importer) {
     std::vector<Assimp::BaseImporter*> claimants;
