@@ -148,7 +148,8 @@ constexpr const char* kGltfWithABadCorner =
     R"("bufferViews":[{"buffer":0,"byteOffset":0,"byteLength":48},)"
     R"({"buffer":0,"byteOffset":48,"byteLength":12}],)"
     R"("accessors":[{"bufferView":0,"componentType":5126,"count":4,"type":"VEC3",)"
-    R"("max":[1,1,0],"min":[0,0,0]},{"bufferView":1,"componentType":5123,"count":6,"type":"SCALAR"}]})";
+    R"("max":[1,1,0],"min":[0,0,0]},)"
+    R"({"bufferView":1,"componentType":5123,"count":6,"type":"SCALAR"}]})";
 
 // The same as a binary glTF: a 12-byte header, the JSON chunk and the buffer as a BIN chunk.
 std::string CornerGlb() {
