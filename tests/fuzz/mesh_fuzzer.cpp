@@ -1,6 +1,7 @@
 // Any bytes through the mesh importer, as a file of one of the formats assimp reads (the first
 // byte picks which): it reads or is refused with a message, and what it reads writes into a
-// sound scene. assimp's own faults are assimp's; this is about what we do with its answers.
+// sound scene; what the file states of itself is read too. assimp's own faults are assimp's; this
+// is about what we do with its answers and what we read ourselves.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -13,9 +14,10 @@
 
 #include "host/mesh/mesh_reader.h"
 #include "host/mesh/mesh_writer.h"
+#include "host/mesh/stated_faces.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const char* const kExtensions[] = {"stl", "ply", "obj", "off", "gltf"};
+    static const char* const kExtensions[] = {"stl", "ply", "obj", "off", "gltf", "glb"};
     static const bool quiet = [] {
         HC_Define_Error_Handler([](const char*, const char*) {});
         return true;
@@ -26,6 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                              kExtensions[data[0] % std::size(kExtensions)];
     std::ofstream(path, std::ios::binary)
         .write(reinterpret_cast<const char*>(data + 1), static_cast<std::streamsize>(size - 1));
+    (void)obsidra::host::mesh::ReadStatedFaces(path);
     const auto result = obsidra::host::mesh::ReadMeshFile(path);
     std::remove(path.c_str());
     if (!result.scene == result.error.empty()) std::abort(); // a scene or a reason, never both

@@ -126,14 +126,70 @@ TEST_F(MeshImportTest, MaterialColoursGoOnTheSegmentOrTheOddShell) {
                                         "shell faces=(r=0.000 g=0.000 b=1.000)"}));
 }
 
+// A square of two triangles, with a blank line among its faces.
+constexpr const char* kOffSquare = "OFF\n4 2 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n\n3 0 2 3\n";
+
+TEST_F(MeshImportTest, OffFilesAreCheckedBeforeAssimpReadsThem) {
+    for (const std::string& off :
+         {std::string(kOffSquare), "# square\nOFF 4 2 0\n" + std::string(kOffSquare + 10)}) {
+        HC_Flush_Contents("/model/mesh", "everything");
+        const MeshImportResult result = ImportMeshFile(Write("square.off", off), m_segment);
+        ASSERT_TRUE(result.imported) << result.error;
+        EXPECT_EQ(result.faces, 2u);
+    }
+}
+
+// Four corners and two triangles, the second with a corner that is not there: assimp drops it.
+constexpr const char* kGltfWithABadCorner =
+    R"({"asset":{"version":"2.0"},"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],)"
+    R"("meshes":[{"primitives":[{"attributes":{"POSITION":0},"indices":1}]}],)"
+    R"("buffers":[{"byteLength":60,"uri":"data:application/octet-stream;base64,)"
+    R"(AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAACAPwAAgD8AAAAAAAAAAAAAgD8AAAAAAAABAAIAAAACAAkA"}],)"
+    R"("bufferViews":[{"buffer":0,"byteOffset":0,"byteLength":48},)"
+    R"({"buffer":0,"byteOffset":48,"byteLength":12}],)"
+    R"("accessors":[{"bufferView":0,"componentType":5126,"count":4,"type":"VEC3",)"
+    R"("max":[1,1,0],"min":[0,0,0]},)"
+    R"({"bufferView":1,"componentType":5123,"count":6,"type":"SCALAR"}]})";
+
+// The same as a binary glTF: a 12-byte header, the JSON chunk and the buffer as a BIN chunk.
+std::string CornerGlb() {
+    std::string json = kGltfWithABadCorner;
+    const std::size_t uri = json.find(R"(,"uri")");
+    json.erase(uri, json.find('}', uri) - uri);
+    json.resize((json.size() + 3) / 4 * 4, ' ');
+    const float corners[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
+    const std::uint16_t indices[] = {0, 1, 2, 0, 2, 9};
+    const std::string bin = std::string(reinterpret_cast<const char*>(corners), sizeof corners) +
+                            std::string(reinterpret_cast<const char*>(indices), sizeof indices);
+    const auto word = [](std::size_t value) {
+        const auto little = static_cast<std::uint32_t>(value); // the x86 order glTF has
+        return std::string(reinterpret_cast<const char*>(&little), 4);
+    };
+    return "glTF" + word(2) + word(28 + json.size() + bin.size()) + word(json.size()) + "JSON" +
+           json + word(bin.size()) + std::string("BIN\0", 4) + bin;
+}
+
 TEST_F(MeshImportTest, LostFacesAreTold) {
-    const MeshImportResult result = ImportMeshFile(Write("line.ply", kPlyWithALine), m_segment);
-    ASSERT_TRUE(result.imported);
-    EXPECT_EQ(result.faces, 2u);
-    ASSERT_EQ(result.warnings.size(), 2u);
-    EXPECT_NE(result.warnings[1].find("1 of the 3 faces its header states were lost"),
-              std::string::npos)
-        << result.warnings[1];
+    const struct {
+        const char* name;
+        std::string bytes;
+        std::size_t faces;
+        const char* warning;
+    } cases[] = {
+        {"line.ply", kPlyWithALine, 2, "1 of the 3 faces its header states were lost"},
+        {"corner.gltf", kGltfWithABadCorner, 1, "1 of the 2 faces its JSON states were lost"},
+        {"corner.glb", CornerGlb(), 1, "1 of the 2 faces its JSON states were lost"},
+    };
+    for (const auto& lossy : cases) {
+        SCOPED_TRACE(lossy.name);
+        HC_Flush_Contents("/model/mesh", "everything");
+        const MeshImportResult result = ImportMeshFile(Write(lossy.name, lossy.bytes), m_segment);
+        ASSERT_TRUE(result.imported) << result.error;
+        EXPECT_EQ(result.faces, lossy.faces);
+        ASSERT_FALSE(result.warnings.empty());
+        EXPECT_NE(result.warnings.back().find(lossy.warning), std::string::npos)
+            << result.warnings.back();
+    }
 }
 
 TEST_F(MeshImportTest, BadFilesLeaveTheSceneAsItWas) {
@@ -159,6 +215,17 @@ TEST_F(MeshImportTest, BadFilesLeaveTheSceneAsItWas) {
                               "property flmd5 x\nelement face 1\nend_header\n"),
          "line 5: a property of no known type"},
         {Write("endless.ply", "ply\nformat ascii 1.0\nelement vertex 3\n"), "no end_header"},
+        // assimp's reader passes over a face line without a corner count, then crashes on what
+        // follows (tests/fuzz/findings/assimp_off_crash.bin).
+        {Write("skipped.off", std::string(kOffSquare, 42) + "v\n ],\n "),
+         "line 8: a face without a corner count from 1 to 9"},
+        {Write("corner.off", std::string(kOffSquare, 42) + "3 0 2 4\n"),
+         "line 8: a face corner that is not one of the vertices"},
+        {Write("flat.off", "OFF\n1 0 0\n0 0\n"), "line 3: a vertex without three coordinates"},
+        // Content no glTF reader takes goes to whichever reader takes it, unchecked
+        // (tests/fuzz/findings/assimp_off_crash_as_glb.bin).
+        {Write("off.glb", kOffSquare), "the file is not what its extension .glb says"},
+        {Write("comment.off", std::string(kOffSquare, 42) + "# a\n3 0 2 3\n"), "line 8: a face"},
         {Write("notes.txt", "v 0 0 0\n"), ".txt is not a mesh format this viewer reads"},
         {Write("noextension", "v 0 0 0\n"), "no extension"},
         {Write("solid.stl", "solid x\n"), "holds no faces"},

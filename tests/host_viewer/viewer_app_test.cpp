@@ -287,14 +287,3 @@ TEST_F(ViewerAppTest, TheDialogsChangeThePicture) {
 
 } // namespace
 } // namespace obsidra::host::viewer
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    // Recent files go to a settings folder of the test's own.
-    QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", settings.path().toUtf8());
-    QApplication app(argc, argv);
-    QCoreApplication::setOrganizationName("ObsidraTest");
-    QCoreApplication::setApplicationName("viewer-app-test");
-    return RUN_ALL_TESTS();
-}

@@ -81,11 +81,3 @@ TEST(ViewerPreviewTest, ABuildingShowsWhileItLoadsAndACancelTakesItAway) {
 
 } // namespace
 } // namespace obsidra::host::viewer
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", settings.path().toUtf8());
-    QApplication app(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -1,6 +1,7 @@
 #include "host/mesh/mesh_reader.h"
 
 #include <algorithm>
+#include <assimp/BaseImporter.h>
 #include <assimp/Importer.hpp>
 #include <assimp/ProgressHandler.hpp>
 #include <assimp/config.h>
@@ -8,10 +9,14 @@
 #include <assimp/scene.h>
 #include <cctype>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <set>
+#include <vector>
 
+#include "host/mesh/off_check.h"
 #include "host/mesh/ply_header.h"
 #include "host/mesh/stated_faces.h"
 
@@ -74,6 +79,23 @@ MeshReadResult Failure(std::string error) {
     return result;
 }
 
+// assimp reads a file with the one reader that claims its extension. When several claim it (the
+// two glTF readers .gltf and .glb, three readers .xml) and none of them takes the content, it tries
+// every reader it has on the content, whatever the file is called: a .glb holding an OFF file would
+// go to the OFF reader unchecked. Such a file is refused instead.
+bool NoClaimantTakes(const std::string& path, const std::string& extension,
+                     const Assimp::Importer& importer) {
+    std::vector<Assimp::BaseImporter*> claimants;
+    for (std::size_t i = 0; i < importer.GetImporterCount(); ++i) {
+        std::set<std::string> extensions;
+        importer.GetImporter(i)->GetExtensionList(extensions);
+        if (extensions.count(extension.substr(1))) claimants.push_back(importer.GetImporter(i));
+    }
+    return claimants.size() > 1 && std::none_of(claimants.begin(), claimants.end(), [&](auto* r) {
+               return r->CanRead(path, importer.GetIOHandler(), true);
+           });
+}
+
 // Why the file cannot be a mesh file before assimp is asked, or empty.
 std::string CheckFile(const std::string& path, const Assimp::Importer& importer) {
     std::error_code code;
@@ -88,10 +110,19 @@ std::string CheckFile(const std::string& path, const Assimp::Importer& importer)
     if (Lower(extension) == ".ply")
         if (std::string problem = PlyHeaderProblem(in); !problem.empty())
             return path + ": " + problem;
+    if (Lower(extension) == ".off")
+        if (std::string problem = OffProblem(in); !problem.empty()) return path + ": " + problem;
+    if (NoClaimantTakes(path, Lower(extension), importer))
+        return path + ": the file is not what its extension " + extension + " says";
     return {};
 }
 
-std::optional<Rgb> DiffuseColour(const aiScene& scene, unsigned materialIndex) {
+// glTF states its colours in linear light; the view shows colours as they are stored (sRGB).
+float Encoded(float linear) {
+    return linear <= 0.0031308f ? 12.92f * linear : 1.055f * std::pow(linear, 1 / 2.4f) - 0.055f;
+}
+
+std::optional<Rgb> DiffuseColour(const aiScene& scene, unsigned materialIndex, bool linear) {
     if (materialIndex >= scene.mNumMaterials) return std::nullopt;
     const aiMaterial& material = *scene.mMaterials[materialIndex];
     // assimp gives a file without materials one of its own, white or grey: no colour of the
@@ -99,11 +130,18 @@ std::optional<Rgb> DiffuseColour(const aiScene& scene, unsigned materialIndex) {
     if (material.GetName() == aiString(AI_DEFAULT_MATERIAL_NAME)) return std::nullopt;
     aiColor4D colour;
     if (material.Get(AI_MATKEY_COLOR_DIFFUSE, colour) != AI_SUCCESS) return std::nullopt;
+    // A black surface that glows (a label, a lamp) shows its glow: the view lights no emission.
+    aiColor4D glow;
+    if (colour.r + colour.g + colour.b == 0 &&
+        material.Get(AI_MATKEY_COLOR_EMISSIVE, glow) == AI_SUCCESS)
+        colour = glow;
+    if (linear) return Rgb{Encoded(colour.r), Encoded(colour.g), Encoded(colour.b)};
     return Rgb{colour.r, colour.g, colour.b};
 }
 
 // Points and lines have no faces; they are left out and counted.
-MeshShell ConvertMesh(const aiScene& scene, const aiMesh& mesh, std::size_t& leftOut) {
+MeshShell ConvertMesh(const aiScene& scene, const aiMesh& mesh, bool linearColours,
+                      std::size_t& leftOut) {
     MeshShell shell;
     shell.points.reserve(mesh.mNumVertices);
     for (unsigned i = 0; i < mesh.mNumVertices; ++i)
@@ -120,7 +158,7 @@ MeshShell ConvertMesh(const aiScene& scene, const aiMesh& mesh, std::size_t& lef
             shell.faces.push_back(static_cast<int>(face.mIndices[i]));
         ++shell.faceCount;
     }
-    shell.colour = DiffuseColour(scene, mesh.mMaterialIndex);
+    shell.colour = DiffuseColour(scene, mesh.mMaterialIndex, linearColours);
     return shell;
 }
 
@@ -195,8 +233,10 @@ MeshReadResult ReadMeshFile(const std::string& path, const MeshReadOptions& opti
     MeshScene out;
     std::size_t leftOut = 0;
     out.shells.reserve(scene->mNumMeshes);
+    const std::string extension = Lower(fs::path(path).extension().string());
+    const bool linearColours = extension == ".gltf" || extension == ".glb";
     for (unsigned m = 0; m < scene->mNumMeshes; ++m) {
-        out.shells.push_back(ConvertMesh(*scene, *scene->mMeshes[m], leftOut));
+        out.shells.push_back(ConvertMesh(*scene, *scene->mMeshes[m], linearColours, leftOut));
         if (!progress.Report(kAssimpShare + (1 - kAssimpShare) * (m + 1) / scene->mNumMeshes))
             return Cancelled();
     }

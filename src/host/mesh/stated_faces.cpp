@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string_view>
+
+#include "host/mesh/json_reader.h"
 
 namespace obsidra::host::mesh {
 
@@ -48,12 +51,70 @@ std::optional<StatedFaces> PlyFaces(const std::string& path) {
     return std::nullopt;
 }
 
+// The triangles of a glTF mesh as its primitives' accessors count them: lists, strips and fans.
+std::size_t MeshTriangles(const JsonValue& root, const JsonValue& mesh) {
+    const JsonValue* accessors = root.Member("accessors");
+    const JsonValue* primitives = mesh.Member("primitives");
+    if (!accessors || !primitives) return 0;
+    std::size_t triangles = 0;
+    for (const JsonValue& primitive : primitives->items) {
+        const JsonValue* modeValue = primitive.Member("mode");
+        const std::size_t mode = modeValue ? modeValue->Count().value_or(0) : 4;
+        const JsonValue* attributes = primitive.Member("attributes");
+        const JsonValue* indices = primitive.Member("indices");
+        const JsonValue* accessor = accessors->Item(indices      ? indices
+                                                    : attributes ? attributes->Member("POSITION")
+                                                                 : nullptr);
+        const JsonValue* countValue = accessor ? accessor->Member("count") : nullptr;
+        const std::size_t count = countValue ? countValue->Count().value_or(0) : 0;
+        if (mode == 4) triangles += count / 3;
+        if ((mode == 5 || mode == 6) && count >= 3) triangles += count - 2;
+    }
+    return triangles;
+}
+
+// The JSON of a glTF file: the whole of a .gltf, the first chunk of a binary .glb.
+std::optional<std::string> GltfJson(const std::string& path, bool binary) {
+    std::ifstream in(path, std::ios::binary);
+    std::error_code code;
+    const auto size = std::filesystem::file_size(path, code);
+    if (!in || code) return std::nullopt;
+    std::uintmax_t length = size;
+    if (binary) {
+        unsigned char header[20];
+        if (!in.read(reinterpret_cast<char*>(header), sizeof header)) return std::nullopt;
+        if (std::string_view(reinterpret_cast<char*>(header), 4) != "glTF" ||
+            std::string_view(reinterpret_cast<char*>(header) + 16, 4) != "JSON")
+            return std::nullopt;
+        // The first chunk's length, little-endian, after the magic, the version and the size.
+        length = header[12] | header[13] << 8 | header[14] << 16 |
+                 static_cast<std::uint32_t>(header[15]) << 24;
+        if (length > size - sizeof header) return std::nullopt;
+    }
+    std::string json(static_cast<std::size_t>(length), '\0');
+    if (!in.read(json.data(), static_cast<std::streamsize>(length))) return std::nullopt;
+    return json;
+}
+
+// Every mesh once, placed or not, however often: as assimp reads them.
+std::optional<StatedFaces> GltfFaces(const std::string& path, bool binary) {
+    const std::optional<std::string> json = GltfJson(path, binary);
+    const std::optional<JsonValue> root = json ? ParseJson(*json) : std::nullopt;
+    const JsonValue* meshes = root ? root->Member("meshes") : nullptr;
+    if (!meshes) return std::nullopt;
+    std::size_t triangles = 0;
+    for (const JsonValue& mesh : meshes->items)
+        triangles += MeshTriangles(*root, mesh);
+    return StatedFaces{triangles, "its JSON"};
+}
+
 } // namespace
 
 std::optional<StatedFaces> ReadStatedFaces(const std::string& path) {
     const std::string extension = LowerExtension(path);
     if (extension == ".stl") return StlFaces(path);
     if (extension == ".ply") return PlyFaces(path);
+    if (extension == ".gltf" || extension == ".glb") return GltfFaces(path, extension == ".glb");
     return std::nullopt;
 }
 

@@ -13,8 +13,9 @@ struct StatedFaces {
     std::string source; // where the count comes from: "its header", ...
 };
 
-// A binary STL's triangle count, a PLY header's face element count; nothing for a format that
-// does not state it or a file that cannot be read.
+// A binary STL's triangle count, a PLY header's face element count, the triangles a glTF's
+// accessors count in its meshes; nothing for a format that does not state it or a file that
+// cannot be read.
 std::optional<StatedFaces> ReadStatedFaces(const std::string& path);
 
 } // namespace obsidra::host::mesh
