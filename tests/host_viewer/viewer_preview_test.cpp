@@ -2,7 +2,6 @@
 // showed away again, leaving the open scene as it was.
 #include <QApplication>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <obsidra/hc.h>
