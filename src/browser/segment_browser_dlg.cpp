@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QKeyEvent>
 #include <QLabel>
@@ -229,11 +230,12 @@ void CSegmentBrowserDlg::CreateControls() {
     auto* filter = static_cast<QLineEdit*>(Control(kNameFilterId));
     filter->setPlaceholderText(QStringLiteral("Filter segments by name"));
     filter->setClearButtonEnabled(true);
-    // Keys typed while a filter runs arrive together: only the last text is filtered.
+    // The filter walks the scene in slices between events, so that a key typed meanwhile is
+    // read at once and drops the rest of the walk its predecessor started.
     m_filterTimer.setSingleShot(true);
     m_filterTimer.setInterval(0);
-    connect(filter, &QLineEdit::textChanged, &m_filterTimer, qOverload<>(&QTimer::start));
-    connect(&m_filterTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::ApplyNameFilter);
+    connect(filter, &QLineEdit::textChanged, this, &CSegmentBrowserDlg::StartNameFilter);
+    connect(&m_filterTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::ContinueNameFilter);
     m_treeBelowFilter = GetTreeControl()->y() - filter->y();
 
     connect(static_cast<QPushButton*>(Control(kUndoId)), &QPushButton::clicked, this,
@@ -377,8 +379,41 @@ void CSegmentBrowserDlg::UpdateUndoButtons() {
     }
 }
 
+bool CSegmentBrowserDlg::IsNameFilterRunning() const {
+    return m_model && m_model->IsNameFilterRunning();
+}
+
+void CSegmentBrowserDlg::StartNameFilter() {
+    if (!m_model) return;
+    const QByteArray text = static_cast<QLineEdit*>(Control(kNameFilterId))->text().toUtf8();
+    if (text.isEmpty()) {
+        ApplyNameFilter();
+        return;
+    }
+    m_model->StartNameFilter(text.toStdString());
+    m_filterTimer.start();
+}
+
+// A slice takes a few milliseconds at most, so keys wait no longer than that; it also ends
+// when the first hits come into the tree, to have them drawn at once.
+void CSegmentBrowserDlg::ContinueNameFilter() {
+    using Progress = HoopsSegmentTree::NameFilterProgress;
+    constexpr size_t kSegmentsPerStep = 4096;
+    constexpr qint64 kSliceTime = 8; // milliseconds
+    if (!m_model) return;
+    QElapsedTimer slice;
+    slice.start();
+    for (;;) {
+        const Progress progress = m_model->ContinueNameFilter(kSegmentsPerStep);
+        if (progress == Progress::Done) return;
+        if (progress == Progress::FirstHitsShown || slice.elapsed() >= kSliceTime) break;
+    }
+    m_filterTimer.start();
+}
+
 // The node current in the filtered tree stays current in the whole one, in sight.
 void CSegmentBrowserDlg::ApplyNameFilter() {
+    m_filterTimer.stop();
     if (!m_model) return;
     const QByteArray text = static_cast<QLineEdit*>(Control(kNameFilterId))->text().toUtf8();
     const std::vector<HC_KEY> current =

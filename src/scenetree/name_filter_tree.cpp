@@ -10,6 +10,7 @@
 using namespace obsidra::scenetree;
 
 long HoopsSegmentTree::SetNameFilter(std::string_view text, const std::atomic<bool>* cancel) {
+    m_nameWalk.reset();
     if (text.empty()) {
         if (!m_nameFilter) return 0;
         m_nameFilter.reset();
@@ -19,23 +20,53 @@ long HoopsSegmentTree::SetNameFilter(std::string_view text, const std::atomic<bo
         return 0;
     }
     if (!m_topNode) return 0;
+    SegmentNameMatches matches = FilterSegmentNames(m_startKey, text, cancel);
+    if (matches.cancelled) return -1;
+    const auto hits = static_cast<long>(matches.hits);
+    ShowNameMatches(text, std::move(matches));
+    return hits;
+}
+
+void HoopsSegmentTree::StartNameFilter(std::string_view text) {
+    if (text.empty() || !m_topNode) {
+        SetNameFilter(text);
+        return;
+    }
+    m_nameWalk = std::make_unique<SegmentNameWalk>(m_startKey, text);
+    m_nameWalkShown = false;
+}
+
+HoopsSegmentTree::NameFilterProgress HoopsSegmentTree::ContinueNameFilter(size_t budget) {
+    if (!m_nameWalk) return NameFilterProgress::Done;
+    if (m_nameWalk->Step(budget)) {
+        const std::unique_ptr<SegmentNameWalk> walk = std::move(m_nameWalk);
+        ShowNameMatches(walk->Text(), walk->TakeMatches());
+        return NameFilterProgress::Done;
+    }
+    if (m_nameWalkShown || m_nameWalk->Matches().hits == 0) return NameFilterProgress::Walking;
+    m_nameWalkShown = true;
+    ShowNameMatches(m_nameWalk->Text(), m_nameWalk->Matches());
+    return NameFilterProgress::FirstHitsShown;
+}
+
+void HoopsSegmentTree::ShowNameMatches(std::string_view text, SegmentNameMatches matches) {
     auto state = std::make_unique<NameFilterState>();
     state->text = std::string(text);
-    state->matches = FilterSegmentNames(m_startKey, text, cancel);
-    if (state->matches.cancelled) return -1;
+    state->matches = std::move(matches);
     if (!m_nameFilter) m_openBeforeFilter = OpenTrails();
     m_nameFilter = std::move(state);
     MakeTopNode();
     if (m_topNode) OpenFiltered(m_topNode);
-    return static_cast<long>(m_nameFilter->matches.hits);
 }
 
 void HoopsSegmentTree::Remake() {
-    if (m_nameFilter) {
-        const std::string text = m_nameFilter->text;
-        m_nameFilter->matches = FilterSegmentNames(m_startKey, text);
-        MakeTopNode();
-        if (m_topNode) OpenFiltered(m_topNode);
+    // A walk that was running is run again whole over the changed scene.
+    const std::string text = m_nameWalk     ? m_nameWalk->Text()
+                             : m_nameFilter ? m_nameFilter->text
+                                            : std::string();
+    m_nameWalk.reset();
+    if (!text.empty()) {
+        ShowNameMatches(text, FilterSegmentNames(m_startKey, text));
         return;
     }
     const std::vector<NodeTrail> open = OpenTrails();
