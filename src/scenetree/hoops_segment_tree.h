@@ -15,6 +15,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <obsidra/hc.h>
@@ -281,6 +282,13 @@ private:
     struct NameFilterState {
         std::string text;
         obsidra::scenetree::SegmentNameMatches matches;
+        // Each opened segment's kept subsegments, so that its pages do not list it again; with
+        // the subsegment count they were found at, which a cut, delete or new child changes.
+        struct Kept {
+            int count = 0;
+            std::vector<HC_KEY> keys;
+        };
+        std::unordered_map<HC_KEY, Kept> keptBySegment;
     };
     // A node's place for reopening it in a tree made again: (key, data word) of each node from
     // the top node's child down to it.
@@ -292,7 +300,7 @@ private:
     void OpenNode(TreeGraphItem* node);
     void ExpandFilteredSegment(TreeGraphItem* node, HC_KEY segment);
     // The subsegments of a segment that the name filter keeps, as the database lists them.
-    std::vector<HC_KEY> FilteredSubsegments(HC_KEY segment) const;
+    const std::vector<HC_KEY>& FilteredSubsegments(HC_KEY segment);
     void OpenFiltered(TreeGraphItem* node);
     // Whether the name filter keeps a subsegment of the segment.
     bool FilteredParent(HC_KEY segment) const;

@@ -101,24 +101,28 @@ bool HoopsSegmentTree::FilteredParent(HC_KEY segment) const {
     return m_nameFilter && m_nameFilter->matches.parents.count(segment) != 0;
 }
 
-std::vector<HC_KEY> HoopsSegmentTree::FilteredSubsegments(HC_KEY segment) const {
-    std::vector<HC_KEY> kept;
-    if (!FilteredParent(segment)) return kept;
+const std::vector<HC_KEY>& HoopsSegmentTree::FilteredSubsegments(HC_KEY segment) {
+    static const std::vector<HC_KEY> kNone;
+    if (!FilteredParent(segment)) return kNone;
     const int count = HC_Fast_Subsegment_Count(segment);
+    NameFilterState::Kept& kept = m_nameFilter->keptBySegment[segment];
+    if (kept.count == count && !kept.keys.empty()) return kept.keys;
     std::vector<HC_KEY> all(static_cast<size_t>(count));
     if (count > 0)
         all.resize(static_cast<size_t>(HC_Fast_Subsegment_Keys(segment, 0, count - 1, all.data())));
     const auto& keep = m_nameFilter->matches.keep;
-    std::copy_if(all.begin(), all.end(), std::back_inserter(kept),
+    kept.count = count;
+    kept.keys.clear();
+    std::copy_if(all.begin(), all.end(), std::back_inserter(kept.keys),
                  [&keep](HC_KEY key) { return keep.count(key) != 0; });
-    return kept;
+    return kept.keys;
 }
 
 // Only the kept subsegments, and no grouping nodes: the filter is about segments.
 void HoopsSegmentTree::ExpandFilteredSegment(TreeGraphItem* node, HC_KEY segment) {
     DeleteChildren(node);
     const std::uint32_t inherited = node->GetFlags() & kFlagInStaticModel;
-    const std::vector<HC_KEY> kept = FilteredSubsegments(segment);
+    const std::vector<HC_KEY>& kept = FilteredSubsegments(segment);
     if (kept.size() > static_cast<size_t>(kPageSize)) {
         MakePages(node, NodeKind::SegmentPage, static_cast<int>(kept.size()));
         if (TreeGraphItem* first = node->GetFirstChild()) OpenNode(first);

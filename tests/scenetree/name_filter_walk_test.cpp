@@ -21,12 +21,15 @@ protected:
         HC_Create_Segment("floor");
         HC_Open_Segment("many");
         for (int i = 0; i < 1200; ++i) {
-            HC_Open_Segment(("wall part " + std::to_string(i)).c_str());
+            const HC_KEY part = HC_Open_Segment(("wall part " + std::to_string(i)).c_str());
+            if (i == 0) m_firstPart = part;
             if (i % 100 == 0) HC_Create_Segment("door");
             HC_Close_Segment();
         }
         Close(2);
     }
+
+    HC_KEY m_firstPart = 0;
 
     // The open rows below a node, one per line, indented by depth.
     static std::string Shape(const TreeGraphItem* item, int depth = 0) {
@@ -92,6 +95,19 @@ TEST_F(NameFilterWalk, ShowsFirstHitsThenTheWholeResultAndANewTextDropsTheOldWal
     EXPECT_FALSE(Tree().IsNameFilterRunning());
     EXPECT_EQ(Shape(Top()), doors);
     EXPECT_TRUE(TakeErrors().empty());
+}
+
+// The pages of a filtered list are cut from one listing of the kept children, made again when
+// the segment's children change.
+TEST_F(NameFilterWalk, APageOpenedAgainFollowsADeletedChild) {
+    Tree().SetNameFilter("wall part");
+    TreeGraphItem* many = Top()->GetFirstChild();
+    ASSERT_STREQ(many->GetLabel(), "many");
+    TreeGraphItem* second = Expand(many->GetLastChild());
+    EXPECT_EQ(Labels(second).front(), "wall part 1000");
+    HC_Delete_By_Key(m_firstPart);
+    EXPECT_EQ(Labels(Expand(second)).front(), "wall part 1001");
+    EXPECT_EQ(Labels(Expand(many->GetFirstChild())).front(), "wall part 1");
 }
 
 } // namespace
