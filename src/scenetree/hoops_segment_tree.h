@@ -15,7 +15,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include <obsidra/hc.h>
@@ -282,13 +281,6 @@ private:
     struct NameFilterState {
         std::string text;
         obsidra::scenetree::SegmentNameMatches matches;
-        // Each opened segment's kept subsegments, so that its pages do not list it again; with
-        // the subsegment count they were found at, which a cut, delete or new child changes.
-        struct Kept {
-            int count = 0;
-            std::vector<HC_KEY> keys;
-        };
-        std::unordered_map<HC_KEY, Kept> keptBySegment;
     };
     // A node's place for reopening it in a tree made again: (key, data word) of each node from
     // the top node's child down to it.
@@ -299,7 +291,8 @@ private:
     // Expands a node as a click on its expander would, unless it is open already.
     void OpenNode(TreeGraphItem* node);
     void ExpandFilteredSegment(TreeGraphItem* node, HC_KEY segment);
-    // The subsegments of a segment that the name filter keeps, as the database lists them.
+    // The subsegments of a segment that the name filter keeps, as the database lists them:
+    // those the walk found, unless a cut, delete or new child changed the segment since.
     const std::vector<HC_KEY>& FilteredSubsegments(HC_KEY segment);
     void OpenFiltered(TreeGraphItem* node);
     // Whether the name filter keeps a subsegment of the segment.

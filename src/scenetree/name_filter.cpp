@@ -25,42 +25,50 @@ bool Holds(std::string_view name, std::string_view lowerText) {
 } // namespace
 
 SegmentNameWalk::SegmentNameWalk(HC_KEY root, std::string_view text)
-    : m_text(text), m_lowerText(text::ToLower(text)), m_path{root} {
-    if (!text.empty() && HC_Fast_Segment_Name(root, nullptr)) PushChildren(root, 1);
+    : m_text(text), m_lowerText(text::ToLower(text)), m_path{root}, m_listed{0} {
+    if (!text.empty() && HC_Fast_Segment_Name(root, nullptr)) m_listed[0] = PushChildren(root, 1);
 }
 
-void SegmentNameWalk::PushChildren(HC_KEY segment, size_t depth) {
+int SegmentNameWalk::PushChildren(HC_KEY segment, size_t depth) {
     const int count = HC_Fast_Subsegment_Count(segment);
-    if (count == 0) return;
+    if (count == 0) return 0;
     m_children.resize(static_cast<size_t>(count));
     m_children.resize(
         static_cast<size_t>(HC_Fast_Subsegment_Keys(segment, 0, count - 1, m_children.data())));
     for (auto child = m_children.rbegin(); child != m_children.rend(); ++child)
         m_pending.push_back({*child, depth});
+    return count;
 }
 
 bool SegmentNameWalk::Step(size_t budget) {
     for (; budget > 0 && !m_pending.empty(); --budget) {
         const auto [key, depth] = m_pending.back();
         m_pending.pop_back();
-        m_path.resize(depth);
-        m_path.push_back(key);
-
         size_t length = 0;
         const char* name = HC_Fast_Segment_Name(key, &length);
         if (!name) continue; // deleted since its parent was listed
-        if (Holds({name, length}, m_lowerText)) {
-            ++m_matches.hits;
-            m_hits.push_back(key);
-            // Up the path until a segment that is a parent already: its own path is kept with
-            // it. (A segment kept as a hit only becomes a parent here.)
-            m_matches.keep.insert(key);
-            for (auto step = m_path.rbegin() + 1; step != m_path.rend(); ++step) {
-                m_matches.keep.insert(*step);
-                if (!m_matches.parents.insert(*step).second) break;
-            }
+        m_path.resize(depth);
+        m_path.push_back(key);
+        m_listed.resize(depth);
+        m_listed.push_back(PushChildren(key, depth + 1));
+        if (!Holds({name, length}, m_lowerText)) continue;
+
+        ++m_matches.hits;
+        m_hits.push_back(key);
+        m_matches.keep.insert(key);
+        // Up the path while the parent is new to the tree: a parent kept already has its own
+        // path kept. (A segment kept as a hit only becomes a parent here.)
+        HC_KEY child = key;
+        for (size_t level = depth; level-- > 0;) {
+            const HC_KEY parent = m_path[level];
+            auto [kept, newParent] = m_matches.children.try_emplace(parent);
+            kept->second.keys.push_back(child);
+            if (!newParent) break;
+            kept->second.listed = m_listed[level];
+            m_matches.parents.insert(parent);
+            if (!m_matches.keep.insert(parent).second) break;
+            child = parent;
         }
-        PushChildren(key, depth + 1);
     }
     return m_pending.empty();
 }

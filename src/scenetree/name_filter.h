@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -26,6 +27,13 @@ struct SegmentNameMatches {
     std::unordered_set<HC_KEY> keep;
     // Of those, the segments with a kept subsegment: the ones a filtered tree opens.
     std::unordered_set<HC_KEY> parents;
+    // Each parent's kept subsegments in the order it lists them, and how many subsegments it
+    // had then: a tree makes a parent's rows (and pages) from them without listing it again.
+    struct Kept {
+        int listed = 0;
+        std::vector<HC_KEY> keys;
+    };
+    std::unordered_map<HC_KEY, Kept> children;
     size_t hits = 0;
     // Stopped by the cancel flag: keep and hits hold what was found until then.
     bool cancelled = false;
@@ -55,16 +63,18 @@ private:
         HC_KEY key;
         size_t depth;
     };
-    void PushChildren(HC_KEY segment, size_t depth);
+    // Puts the segment's subsegments on the pending list; returns how many it has.
+    int PushChildren(HC_KEY segment, size_t depth);
 
     std::string m_text;
     std::string m_lowerText;
     SegmentNameMatches m_matches;
     std::vector<HC_KEY> m_hits;
     // Segments still to visit with their depth, and the path from the root to the one being
-    // visited, whose segments a hit keeps.
+    // visited, whose segments a hit keeps, with their subsegment counts.
     std::vector<Pending> m_pending;
     std::vector<HC_KEY> m_path;
+    std::vector<int> m_listed;
     std::vector<HC_KEY> m_children;
 };
 

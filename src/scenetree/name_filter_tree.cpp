@@ -103,15 +103,17 @@ bool HoopsSegmentTree::FilteredParent(HC_KEY segment) const {
 
 const std::vector<HC_KEY>& HoopsSegmentTree::FilteredSubsegments(HC_KEY segment) {
     static const std::vector<HC_KEY> kNone;
-    if (!FilteredParent(segment)) return kNone;
+    if (!m_nameFilter) return kNone;
+    const auto found = m_nameFilter->matches.children.find(segment);
+    if (found == m_nameFilter->matches.children.end()) return kNone;
+    SegmentNameMatches::Kept& kept = found->second;
     const int count = HC_Fast_Subsegment_Count(segment);
-    NameFilterState::Kept& kept = m_nameFilter->keptBySegment[segment];
-    if (kept.count == count && !kept.keys.empty()) return kept.keys;
+    if (kept.listed == count) return kept.keys;
     std::vector<HC_KEY> all(static_cast<size_t>(count));
     if (count > 0)
         all.resize(static_cast<size_t>(HC_Fast_Subsegment_Keys(segment, 0, count - 1, all.data())));
     const auto& keep = m_nameFilter->matches.keep;
-    kept.count = count;
+    kept.listed = count;
     kept.keys.clear();
     std::copy_if(all.begin(), all.end(), std::back_inserter(kept.keys),
                  [&keep](HC_KEY key) { return keep.count(key) != 0; });

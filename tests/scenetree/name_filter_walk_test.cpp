@@ -56,6 +56,8 @@ TEST_F(NameFilterWalk, SliceBySliceFindsWhatTheWholeWalkFinds) {
             EXPECT_EQ(walk.Hits().size(), whole.hits) << text << " " << budget;
             EXPECT_EQ(walk.Matches().keep, whole.keep) << text << " " << budget;
             EXPECT_EQ(walk.Matches().parents, whole.parents) << text << " " << budget;
+            for (const auto& [parent, kept] : whole.children)
+                EXPECT_EQ(walk.Matches().children.at(parent).keys, kept.keys);
         }
     }
 }
