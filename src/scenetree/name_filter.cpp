@@ -81,8 +81,12 @@ SegmentNameMatches FilterSegmentNames(HC_KEY root, std::string_view text,
     size_t batch = 1;
     size_t sinceHandedOver = 0;
     bool cancelled = false;
-    while (!cancelled) {
-        const bool done = walk.Step(kCancelStride);
+    for (bool done = false; !done;) {
+        if (cancel && cancel->load(std::memory_order_relaxed)) {
+            cancelled = true;
+            break;
+        }
+        done = walk.Step(kCancelStride);
         sinceHandedOver += kCancelStride;
         const std::span<const HC_KEY> hits = walk.Hits();
         while (hits.size() - handedOver >= batch ||
@@ -93,8 +97,6 @@ SegmentNameMatches FilterSegmentNames(HC_KEY root, std::string_view text,
             batch = std::min(batch * 2, kLargestBatch);
             sinceHandedOver = 0;
         }
-        if (done) break;
-        cancelled = cancel && cancel->load(std::memory_order_relaxed);
     }
     SegmentNameMatches matches = walk.TakeMatches();
     matches.cancelled = cancelled;

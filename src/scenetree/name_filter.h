@@ -50,9 +50,8 @@ public:
 
     // Visits up to budget more segments; true once the walk has ended.
     bool Step(size_t budget);
-    bool Done() const { return m_pending.empty(); }
     const std::string& Text() const { return m_text; }
-    // What was found so far; all of it once Done.
+    // What was found so far; all of it once Step has said the walk ended.
     const SegmentNameMatches& Matches() const { return m_matches; }
     SegmentNameMatches TakeMatches() { return std::move(m_matches); }
     // The hits so far, in the order the tree lists them.
