@@ -65,43 +65,32 @@ bool ChooseFromMenu(QTreeView& tree, const QModelIndex& row, const QString& item
     return chosen;
 }
 
+// How many of the picture's pixels pass the test (x, y).
+template <class Test>
+int CountPixels(const QImage& picture, Test test) {
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            count += test(x, y) ? 1 : 0;
+    return count;
+}
+
 int Changed(const QImage& a, const QImage& b) {
-    int changed = 0;
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x)
-            if (a.pixel(x, y) != b.pixel(x, y)) ++changed;
-    return changed;
+    return CountPixels(a, [&](int x, int y) { return a.pixel(x, y) != b.pixel(x, y); });
 }
 
-// Of the pixels the rest of the building covers against the bare background (where whole
-// and isolated differ and isolated shows the background), how many xRay draws in grey, and
-// how many there are.
-std::pair<int, int> GreyOverBackground(const QImage& whole, const QImage& isolated,
-                                       const QImage& xRay) {
-    const QRgb background = isolated.pixel(0, 0);
-    int grey = 0, rest = 0;
-    for (int y = 0; y < whole.height(); ++y)
-        for (int x = 0; x < whole.width(); ++x) {
-            if (isolated.pixel(x, y) != background || whole.pixel(x, y) == background) continue;
-            ++rest;
-            const QRgb pixel = xRay.pixel(x, y);
-            const int spread = std::max({qRed(pixel), qGreen(pixel), qBlue(pixel)}) -
-                               std::min({qRed(pixel), qGreen(pixel), qBlue(pixel)});
-            if (pixel != whole.pixel(x, y) && pixel != background && spread < 24) ++grey;
-        }
-    return {grey, rest};
+bool Grey(QRgb pixel) {
+    const auto [low, high] = std::minmax({qRed(pixel), qGreen(pixel), qBlue(pixel)});
+    return high - low < 24;
 }
 
-// Of the pixels where shown differs from hidden (a part's own), how many picture keeps.
+// Of the pixels where shown differs from hidden (a part's own), the share picture keeps.
 double ShareKept(const QImage& shown, const QImage& hidden, const QImage& picture) {
-    int part = 0, kept = 0;
-    for (int y = 0; y < shown.height(); ++y)
-        for (int x = 0; x < shown.width(); ++x)
-            if (shown.pixel(x, y) != hidden.pixel(x, y)) {
-                ++part;
-                if (picture.pixel(x, y) == shown.pixel(x, y)) ++kept;
-            }
-    return part ? double(kept) / part : 0;
+    const auto part = [&](int x, int y) { return shown.pixel(x, y) != hidden.pixel(x, y); };
+    const int kept = CountPixels(shown, [&](int x, int y) {
+        return part(x, y) && picture.pixel(x, y) == shown.pixel(x, y);
+    });
+    return double(kept) / std::max(1, CountPixels(shown, part));
 }
 
 void ClickBox(QTreeView& tree, const QModelIndex& row) {
@@ -174,9 +163,20 @@ TEST(ViewerIsolate, TheContextMenuIsolatesXRaysAndShowsAll) {
 
     ASSERT_TRUE(ChooseFromMenu(*tree, site, "X-ray"));
     const QImage xRay = window.View()->Snapshot();
-    const auto [grey, rest] = GreyOverBackground(whole, isolated, xRay);
-    EXPECT_GT(rest, many / 4) << "the house against the sky";
-    EXPECT_GT(grey, rest * 9 / 10) << "drawn see-through grey";
+    // The rest of the building where it stood against the bare background.
+    const QRgb background = isolated.pixel(0, 0);
+    const auto rest = [&](int x, int y) {
+        return isolated.pixel(x, y) == background && whole.pixel(x, y) != background;
+    };
+    const int restPixels = CountPixels(whole, rest);
+    EXPECT_GT(restPixels, many / 4) << "the house against the sky";
+    EXPECT_GT(CountPixels(whole,
+                          [&](int x, int y) {
+                              const QRgb pixel = xRay.pixel(x, y);
+                              return rest(x, y) && pixel != background && Grey(pixel);
+                          }),
+              restPixels * 9 / 10)
+        << "drawn see-through grey";
     EXPECT_GT(ShareKept(whole, noSite, xRay), 0.9) << "the site as it was";
     EXPECT_EQ(Box(root), Qt::Checked) << "x-ray leaves the boxes";
     ASSERT_TRUE(ChooseFromMenu(*tree, site, "Show all"));

@@ -12,13 +12,9 @@ class NameFilterWalk : public SegmentTreeTest {
 protected:
     void SetUp() override {
         SegmentTreeTest::SetUp();
-        OpenModelPath(ModelKey(), "Walls");
-        HC_Create_Segment("wall 1");
-        HC_Create_Segment("door");
-        Close(2);
         OpenModelPath(ModelKey());
-        HC_Create_Segment("roof/Wall trim");
-        HC_Create_Segment("floor");
+        for (const char* path : {"Walls/wall 1", "Walls/door", "roof/Wall trim", "floor"})
+            HC_Create_Segment(path);
         HC_Open_Segment("many");
         for (int i = 0; i < 1200; ++i) {
             const HC_KEY part = HC_Open_Segment(("wall part " + std::to_string(i)).c_str());
