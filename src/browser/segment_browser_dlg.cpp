@@ -404,7 +404,10 @@ void CSegmentBrowserDlg::ContinueNameFilter() {
     QElapsedTimer slice;
     slice.start();
     for (;;) {
+        // The row the user picked among the first hits stays current in the tree made again.
+        const std::vector<HC_KEY> current = CurrentSegmentChain();
         const Progress progress = m_model->ContinueNameFilter(kSegmentsPerStep);
+        if (progress != Progress::Walking) MakeCurrent(current);
         if (progress == Progress::Done) return;
         if (progress == Progress::FirstHitsShown || slice.elapsed() >= kSliceTime) break;
     }
@@ -416,11 +419,18 @@ void CSegmentBrowserDlg::ApplyNameFilter() {
     m_filterTimer.stop();
     if (!m_model) return;
     const QByteArray text = static_cast<QLineEdit*>(Control(kNameFilterId))->text().toUtf8();
-    const std::vector<HC_KEY> current =
-        m_model->SegmentChain(WindowsTreeGraphItem::FromHandle(Tree()->currentItem()));
+    const std::vector<HC_KEY> current = CurrentSegmentChain();
     m_model->SetNameFilter(text.toStdString());
-    if (!text.isEmpty() || current.empty()) return;
-    auto* node = static_cast<WindowsTreeGraphItem*>(m_model->RevealSegmentChain(current));
+    if (text.isEmpty()) MakeCurrent(current);
+}
+
+std::vector<HC_KEY> CSegmentBrowserDlg::CurrentSegmentChain() const {
+    return m_model->SegmentChain(WindowsTreeGraphItem::FromHandle(Tree()->currentItem()));
+}
+
+void CSegmentBrowserDlg::MakeCurrent(const std::vector<HC_KEY>& chain) {
+    if (chain.empty()) return;
+    auto* node = static_cast<WindowsTreeGraphItem*>(m_model->RevealSegmentChain(chain));
     if (QTreeWidgetItem* handle = node ? node->GetHandle() : nullptr) {
         Tree()->setCurrentItem(handle);
         Tree()->scrollToItem(handle);

@@ -102,6 +102,10 @@ private:
     void UpdateUndoButtons();
     void StartNameFilter();
     void ContinueNameFilter();
+    // The segments from the top node down to the current row, and the row they lead to made
+    // current and brought into sight (when the tree still has it).
+    std::vector<HC_KEY> CurrentSegmentChain() const;
+    void MakeCurrent(const std::vector<HC_KEY>& chain);
     static void OnSceneChanged(const HC_CHANGE* changes, int count, void* self);
     static void OnViewSelectionChanged(HBaseView* view, void* self);
 

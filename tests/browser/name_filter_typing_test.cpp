@@ -15,7 +15,7 @@ namespace {
 class NameFilterTyping : public HcTest {};
 
 // A key typed while the walk of the text before it runs: the first hits of that walk show at
-// once, and only the new text's result stays.
+// once, and only the new text's result stays, with the row picked meanwhile still current.
 TEST_F(NameFilterTyping, AKeyMidWalkDropsTheRestOfTheOldFilter) {
     HBaseModel model;
     HBaseView view(&model);
@@ -37,6 +37,7 @@ TEST_F(NameFilterTyping, AKeyMidWalkDropsTheRestOfTheOldFilter) {
     ASSERT_NE(big, nullptr);
     EXPECT_EQ(big->text(0), "big");
     EXPECT_EQ(big->childCount(), 111) << "the first hits: c19, c190-c199, c1900-c1999";
+    tree.setCurrentItem(big->child(110));
 
     QTest::keyClick(filter, Qt::Key_9);
     for (int slice = 0; dialog.IsNameFilterRunning() && slice < 1000; ++slice)
@@ -46,6 +47,8 @@ TEST_F(NameFilterTyping, AKeyMidWalkDropsTheRestOfTheOldFilter) {
     ASSERT_NE(big, nullptr);
     EXPECT_EQ(big->childCount(), 111) << "c199, c1990-c1999, c19900-c19999";
     EXPECT_EQ(big->child(110)->text(0), "c19999");
+    ASSERT_NE(tree.currentItem(), nullptr);
+    EXPECT_EQ(tree.currentItem()->text(0), "c1999") << "the row picked among the first hits";
 }
 
 } // namespace
