@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QKeyEvent>
 #include <QLabel>
@@ -229,11 +230,12 @@ void CSegmentBrowserDlg::CreateControls() {
     auto* filter = static_cast<QLineEdit*>(Control(kNameFilterId));
     filter->setPlaceholderText(QStringLiteral("Filter segments by name"));
     filter->setClearButtonEnabled(true);
-    // Keys typed while a filter runs arrive together: only the last text is filtered.
+    // The filter walks the scene in slices between events, so that a key typed meanwhile is
+    // read at once and drops the rest of the walk its predecessor started.
     m_filterTimer.setSingleShot(true);
     m_filterTimer.setInterval(0);
-    connect(filter, &QLineEdit::textChanged, &m_filterTimer, qOverload<>(&QTimer::start));
-    connect(&m_filterTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::ApplyNameFilter);
+    connect(filter, &QLineEdit::textChanged, this, &CSegmentBrowserDlg::StartNameFilter);
+    connect(&m_filterTimer, &QTimer::timeout, this, &CSegmentBrowserDlg::ContinueNameFilter);
     m_treeBelowFilter = GetTreeControl()->y() - filter->y();
 
     connect(static_cast<QPushButton*>(Control(kUndoId)), &QPushButton::clicked, this,
@@ -377,15 +379,58 @@ void CSegmentBrowserDlg::UpdateUndoButtons() {
     }
 }
 
-// The node current in the filtered tree stays current in the whole one, in sight.
-void CSegmentBrowserDlg::ApplyNameFilter() {
+bool CSegmentBrowserDlg::IsNameFilterRunning() const {
+    return m_model && m_model->IsNameFilterRunning();
+}
+
+void CSegmentBrowserDlg::StartNameFilter() {
     if (!m_model) return;
     const QByteArray text = static_cast<QLineEdit*>(Control(kNameFilterId))->text().toUtf8();
-    const std::vector<HC_KEY> current =
-        m_model->SegmentChain(WindowsTreeGraphItem::FromHandle(Tree()->currentItem()));
+    if (text.isEmpty()) {
+        ApplyNameFilter();
+        return;
+    }
+    m_model->StartNameFilter(text.toStdString());
+    m_filterTimer.start();
+}
+
+// A slice takes a few milliseconds at most, so keys wait no longer than that; it also ends
+// when the first hits come into the tree, to have them drawn at once.
+void CSegmentBrowserDlg::ContinueNameFilter() {
+    using Progress = HoopsSegmentTree::NameFilterProgress;
+    constexpr size_t kSegmentsPerStep = 4096;
+    constexpr qint64 kSliceTime = 8; // milliseconds
+    if (!m_model) return;
+    QElapsedTimer slice;
+    slice.start();
+    for (;;) {
+        // The row the user picked among the first hits stays current in the tree made again.
+        const std::vector<HC_KEY> current = CurrentSegmentChain();
+        const Progress progress = m_model->ContinueNameFilter(kSegmentsPerStep);
+        if (progress != Progress::Walking) MakeCurrent(current);
+        if (progress == Progress::Done) return;
+        if (progress == Progress::FirstHitsShown || slice.elapsed() >= kSliceTime) break;
+    }
+    m_filterTimer.start();
+}
+
+// The node current in the filtered tree stays current in the whole one, in sight.
+void CSegmentBrowserDlg::ApplyNameFilter() {
+    m_filterTimer.stop();
+    if (!m_model) return;
+    const QByteArray text = static_cast<QLineEdit*>(Control(kNameFilterId))->text().toUtf8();
+    const std::vector<HC_KEY> current = CurrentSegmentChain();
     m_model->SetNameFilter(text.toStdString());
-    if (!text.isEmpty() || current.empty()) return;
-    auto* node = static_cast<WindowsTreeGraphItem*>(m_model->RevealSegmentChain(current));
+    if (text.isEmpty()) MakeCurrent(current);
+}
+
+std::vector<HC_KEY> CSegmentBrowserDlg::CurrentSegmentChain() const {
+    return m_model->SegmentChain(WindowsTreeGraphItem::FromHandle(Tree()->currentItem()));
+}
+
+void CSegmentBrowserDlg::MakeCurrent(const std::vector<HC_KEY>& chain) {
+    if (chain.empty()) return;
+    auto* node = static_cast<WindowsTreeGraphItem*>(m_model->RevealSegmentChain(chain));
     if (QTreeWidgetItem* handle = node ? node->GetHandle() : nullptr) {
         Tree()->setCurrentItem(handle);
         Tree()->scrollToItem(handle);

@@ -68,8 +68,10 @@ public:
     void ShowBoundings();
     void Search();
     void LocateShell();
-    // Filters the tree by the text of the name filter box; an empty box shows it whole again.
+    // Filters the tree by the text of the name filter box, to the end, now; an empty box shows
+    // it whole again. Typing in the box filters in slices between events instead.
     void ApplyNameFilter();
+    bool IsNameFilterRunning() const;
     // Takes back the latest step of scene edits, or makes it again; the tree and the view follow.
     void Undo();
     void Redo();
@@ -98,6 +100,12 @@ private:
     void AfterUndoOrRedo();
     void HighlightInView(TreeGraphItem* node);
     void UpdateUndoButtons();
+    void StartNameFilter();
+    void ContinueNameFilter();
+    // The segments from the top node down to the current row, and the row they lead to made
+    // current and brought into sight (when the tree still has it).
+    std::vector<HC_KEY> CurrentSegmentChain() const;
+    void MakeCurrent(const std::vector<HC_KEY>& chain);
     static void OnSceneChanged(const HC_CHANGE* changes, int count, void* self);
     static void OnViewSelectionChanged(HBaseView* view, void* self);
 

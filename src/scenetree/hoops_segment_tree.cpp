@@ -419,7 +419,7 @@ void HoopsSegmentTree::ExpandSegmentPage(TreeGraphItem* page) {
     DeleteChildren(page);
     std::uint32_t inherited = page->GetFlags() & kFlagInStaticModel;
     if (m_nameFilter) {
-        const std::vector<HC_KEY> kept = FilteredSubsegments(owner->GetKey());
+        const std::vector<HC_KEY>& kept = FilteredSubsegments(owner->GetKey());
         for (size_t i = static_cast<size_t>(first - 1); i < kept.size() && i < size_t(last); ++i)
             OpenFiltered(MakeSegmentNode(page, kept[i], inherited));
         return;

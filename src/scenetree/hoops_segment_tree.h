@@ -152,6 +152,15 @@ public:
     // number of hits, or -1 when cancelled.
     long SetNameFilter(std::string_view text, const std::atomic<bool>* cancel = nullptr);
     bool IsNameFiltered() const { return m_nameFilter != nullptr; }
+    // The same filter in slices, for a window that keeps answering while it runs.
+    // StartNameFilter begins a walk, dropping one that runs (an empty text shows the whole tree
+    // at once); ContinueNameFilter walks up to budget more segments. The tree shows the first
+    // hits when a slice finds some and the whole result when the walk ends; until then it keeps
+    // what it showed.
+    enum class NameFilterProgress { Walking, FirstHitsShown, Done };
+    void StartNameFilter(std::string_view text);
+    NameFilterProgress ContinueNameFilter(size_t budget);
+    bool IsNameFilterRunning() const { return m_nameWalk != nullptr; }
     // Makes the tree again from the scene (after an undo, say) with the nodes that were open
     // open again where they still are; a name-filtered tree runs its filter again.
     void Remake();
@@ -277,11 +286,14 @@ private:
     // the top node's child down to it.
     using NodeTrail = std::vector<std::pair<HC_KEY, std::uint64_t>>;
     void MakeTopNode();
+    // Makes the tree again showing these matches of text.
+    void ShowNameMatches(std::string_view text, obsidra::scenetree::SegmentNameMatches matches);
     // Expands a node as a click on its expander would, unless it is open already.
     void OpenNode(TreeGraphItem* node);
     void ExpandFilteredSegment(TreeGraphItem* node, HC_KEY segment);
-    // The subsegments of a segment that the name filter keeps, as the database lists them.
-    std::vector<HC_KEY> FilteredSubsegments(HC_KEY segment) const;
+    // The subsegments of a segment that the name filter keeps, as the database lists them:
+    // those the walk found, unless a cut, delete or new child changed the segment since.
+    const std::vector<HC_KEY>& FilteredSubsegments(HC_KEY segment);
     void OpenFiltered(TreeGraphItem* node);
     // Whether the name filter keeps a subsegment of the segment.
     bool FilteredParent(HC_KEY segment) const;
@@ -301,4 +313,6 @@ private:
     std::vector<TreeGraphItem*> m_revealed;
     std::unique_ptr<NameFilterState> m_nameFilter;
     std::vector<NodeTrail> m_openBeforeFilter;
+    std::unique_ptr<obsidra::scenetree::SegmentNameWalk> m_nameWalk;
+    bool m_nameWalkShown = false; // the running walk's first hits are in the tree
 };

@@ -1,8 +1,6 @@
 #include "scenetree/name_filter.h"
 
 #include <algorithm>
-#include <string>
-#include <vector>
 
 #include <obsidra/hc_fastpath.h>
 
@@ -26,73 +24,82 @@ bool Holds(std::string_view name, std::string_view lowerText) {
 
 } // namespace
 
+SegmentNameWalk::SegmentNameWalk(HC_KEY root, std::string_view text)
+    : m_text(text), m_lowerText(text::ToLower(text)), m_path{root}, m_listed{0} {
+    if (!text.empty() && HC_Fast_Segment_Name(root, nullptr)) m_listed[0] = PushChildren(root, 1);
+}
+
+int SegmentNameWalk::PushChildren(HC_KEY segment, size_t depth) {
+    const int count = HC_Fast_Subsegment_Count(segment);
+    if (count == 0) return 0;
+    m_children.resize(static_cast<size_t>(count));
+    m_children.resize(
+        static_cast<size_t>(HC_Fast_Subsegment_Keys(segment, 0, count - 1, m_children.data())));
+    for (auto child = m_children.rbegin(); child != m_children.rend(); ++child)
+        m_pending.push_back({*child, depth});
+    return count;
+}
+
+bool SegmentNameWalk::Step(size_t budget) {
+    for (; budget > 0 && !m_pending.empty(); --budget) {
+        const auto [key, depth] = m_pending.back();
+        m_pending.pop_back();
+        size_t length = 0;
+        const char* name = HC_Fast_Segment_Name(key, &length);
+        if (!name) continue; // deleted since its parent was listed
+        m_path.resize(depth);
+        m_path.push_back(key);
+        m_listed.resize(depth);
+        m_listed.push_back(PushChildren(key, depth + 1));
+        if (!Holds({name, length}, m_lowerText)) continue;
+
+        ++m_matches.hits;
+        m_hits.push_back(key);
+        m_matches.keep.insert(key);
+        // Up the path while the parent is new to the tree: a parent kept already has its own
+        // path kept. (A segment kept as a hit only becomes a parent here.)
+        HC_KEY child = key;
+        for (size_t level = depth; level-- > 0;) {
+            const HC_KEY parent = m_path[level];
+            auto [kept, newParent] = m_matches.children.try_emplace(parent);
+            kept->second.keys.push_back(child);
+            if (!newParent) break;
+            kept->second.listed = m_listed[level];
+            m_matches.parents.insert(parent);
+            if (!m_matches.keep.insert(parent).second) break;
+            child = parent;
+        }
+    }
+    return m_pending.empty();
+}
+
 SegmentNameMatches FilterSegmentNames(HC_KEY root, std::string_view text,
                                       const std::atomic<bool>* cancel,
                                       const SegmentNameHits& onHits) {
-    SegmentNameMatches matches;
-    if (text.empty() || !HC_Fast_Segment_Name(root, nullptr)) return matches;
-    const std::string lowerText = text::ToLower(text);
-
-    std::vector<HC_KEY> pendingHits;
+    SegmentNameWalk walk(root, text);
+    size_t handedOver = 0;
     size_t batch = 1;
     size_t sinceHandedOver = 0;
-    auto handOver = [&] {
-        if (onHits && !pendingHits.empty()) onHits(pendingHits);
-        pendingHits.clear();
-        sinceHandedOver = 0;
-    };
-
-    // Depth first without recursion: segments still to visit with their depth, and the path
-    // from the root to the one being visited, whose segments a hit keeps.
-    struct Pending {
-        HC_KEY key;
-        size_t depth;
-    };
-    std::vector<Pending> pending;
-    std::vector<HC_KEY> path{root};
-    std::vector<HC_KEY> children;
-    auto pushChildren = [&](HC_KEY segment, size_t depth) {
-        const int count = HC_Fast_Subsegment_Count(segment);
-        if (count == 0) return;
-        children.resize(static_cast<size_t>(count));
-        children.resize(
-            static_cast<size_t>(HC_Fast_Subsegment_Keys(segment, 0, count - 1, children.data())));
-        for (auto child = children.rbegin(); child != children.rend(); ++child)
-            pending.push_back({*child, depth});
-    };
-    pushChildren(root, 1);
-
-    for (size_t visited = 0; !pending.empty(); ++visited) {
-        if (cancel && visited % kCancelStride == 0 && cancel->load(std::memory_order_relaxed)) {
-            matches.cancelled = true;
+    bool cancelled = false;
+    for (bool done = false; !done;) {
+        if (cancel && cancel->load(std::memory_order_relaxed)) {
+            cancelled = true;
             break;
         }
-        const auto [key, depth] = pending.back();
-        pending.pop_back();
-        path.resize(depth);
-        path.push_back(key);
-
-        size_t length = 0;
-        const char* name = HC_Fast_Segment_Name(key, &length);
-        if (name && Holds({name, length}, lowerText)) {
-            ++matches.hits;
-            // Up the path until a segment that is a parent already: its own path is kept with
-            // it. (A segment kept as a hit only becomes a parent here.)
-            matches.keep.insert(key);
-            for (auto step = path.rbegin() + 1; step != path.rend(); ++step) {
-                matches.keep.insert(*step);
-                if (!matches.parents.insert(*step).second) break;
-            }
-            pendingHits.push_back(key);
-            if (pendingHits.size() >= batch) {
-                handOver();
-                batch = std::min(batch * 2, kLargestBatch);
-            }
+        done = walk.Step(kCancelStride);
+        sinceHandedOver += kCancelStride;
+        const std::span<const HC_KEY> hits = walk.Hits();
+        while (hits.size() - handedOver >= batch ||
+               (handedOver < hits.size() && (done || sinceHandedOver >= kLongestWait))) {
+            const size_t count = std::min(batch, hits.size() - handedOver);
+            if (onHits) onHits(hits.subspan(handedOver, count));
+            handedOver += count;
+            batch = std::min(batch * 2, kLargestBatch);
+            sinceHandedOver = 0;
         }
-        if (++sinceHandedOver >= kLongestWait) handOver();
-        pushChildren(key, depth + 1);
     }
-    handOver();
+    SegmentNameMatches matches = walk.TakeMatches();
+    matches.cancelled = cancelled;
     return matches;
 }
 

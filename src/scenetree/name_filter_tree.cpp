@@ -10,6 +10,7 @@
 using namespace obsidra::scenetree;
 
 long HoopsSegmentTree::SetNameFilter(std::string_view text, const std::atomic<bool>* cancel) {
+    m_nameWalk.reset();
     if (text.empty()) {
         if (!m_nameFilter) return 0;
         m_nameFilter.reset();
@@ -19,23 +20,53 @@ long HoopsSegmentTree::SetNameFilter(std::string_view text, const std::atomic<bo
         return 0;
     }
     if (!m_topNode) return 0;
+    SegmentNameMatches matches = FilterSegmentNames(m_startKey, text, cancel);
+    if (matches.cancelled) return -1;
+    const auto hits = static_cast<long>(matches.hits);
+    ShowNameMatches(text, std::move(matches));
+    return hits;
+}
+
+void HoopsSegmentTree::StartNameFilter(std::string_view text) {
+    if (text.empty() || !m_topNode) {
+        SetNameFilter(text);
+        return;
+    }
+    m_nameWalk = std::make_unique<SegmentNameWalk>(m_startKey, text);
+    m_nameWalkShown = false;
+}
+
+HoopsSegmentTree::NameFilterProgress HoopsSegmentTree::ContinueNameFilter(size_t budget) {
+    if (!m_nameWalk) return NameFilterProgress::Done;
+    if (m_nameWalk->Step(budget)) {
+        const std::unique_ptr<SegmentNameWalk> walk = std::move(m_nameWalk);
+        ShowNameMatches(walk->Text(), walk->TakeMatches());
+        return NameFilterProgress::Done;
+    }
+    if (m_nameWalkShown || m_nameWalk->Matches().hits == 0) return NameFilterProgress::Walking;
+    m_nameWalkShown = true;
+    ShowNameMatches(m_nameWalk->Text(), m_nameWalk->Matches());
+    return NameFilterProgress::FirstHitsShown;
+}
+
+void HoopsSegmentTree::ShowNameMatches(std::string_view text, SegmentNameMatches matches) {
     auto state = std::make_unique<NameFilterState>();
     state->text = std::string(text);
-    state->matches = FilterSegmentNames(m_startKey, text, cancel);
-    if (state->matches.cancelled) return -1;
+    state->matches = std::move(matches);
     if (!m_nameFilter) m_openBeforeFilter = OpenTrails();
     m_nameFilter = std::move(state);
     MakeTopNode();
     if (m_topNode) OpenFiltered(m_topNode);
-    return static_cast<long>(m_nameFilter->matches.hits);
 }
 
 void HoopsSegmentTree::Remake() {
-    if (m_nameFilter) {
-        const std::string text = m_nameFilter->text;
-        m_nameFilter->matches = FilterSegmentNames(m_startKey, text);
-        MakeTopNode();
-        if (m_topNode) OpenFiltered(m_topNode);
+    // A walk that was running is run again whole over the changed scene.
+    const std::string text = m_nameWalk     ? m_nameWalk->Text()
+                             : m_nameFilter ? m_nameFilter->text
+                                            : std::string();
+    m_nameWalk.reset();
+    if (!text.empty()) {
+        ShowNameMatches(text, FilterSegmentNames(m_startKey, text));
         return;
     }
     const std::vector<NodeTrail> open = OpenTrails();
@@ -70,24 +101,30 @@ bool HoopsSegmentTree::FilteredParent(HC_KEY segment) const {
     return m_nameFilter && m_nameFilter->matches.parents.count(segment) != 0;
 }
 
-std::vector<HC_KEY> HoopsSegmentTree::FilteredSubsegments(HC_KEY segment) const {
-    std::vector<HC_KEY> kept;
-    if (!FilteredParent(segment)) return kept;
+const std::vector<HC_KEY>& HoopsSegmentTree::FilteredSubsegments(HC_KEY segment) {
+    static const std::vector<HC_KEY> kNone;
+    if (!m_nameFilter) return kNone;
+    const auto found = m_nameFilter->matches.children.find(segment);
+    if (found == m_nameFilter->matches.children.end()) return kNone;
+    SegmentNameMatches::Kept& kept = found->second;
     const int count = HC_Fast_Subsegment_Count(segment);
+    if (kept.listed == count) return kept.keys;
     std::vector<HC_KEY> all(static_cast<size_t>(count));
     if (count > 0)
         all.resize(static_cast<size_t>(HC_Fast_Subsegment_Keys(segment, 0, count - 1, all.data())));
     const auto& keep = m_nameFilter->matches.keep;
-    std::copy_if(all.begin(), all.end(), std::back_inserter(kept),
+    kept.listed = count;
+    kept.keys.clear();
+    std::copy_if(all.begin(), all.end(), std::back_inserter(kept.keys),
                  [&keep](HC_KEY key) { return keep.count(key) != 0; });
-    return kept;
+    return kept.keys;
 }
 
 // Only the kept subsegments, and no grouping nodes: the filter is about segments.
 void HoopsSegmentTree::ExpandFilteredSegment(TreeGraphItem* node, HC_KEY segment) {
     DeleteChildren(node);
     const std::uint32_t inherited = node->GetFlags() & kFlagInStaticModel;
-    const std::vector<HC_KEY> kept = FilteredSubsegments(segment);
+    const std::vector<HC_KEY>& kept = FilteredSubsegments(segment);
     if (kept.size() > static_cast<size_t>(kPageSize)) {
         MakePages(node, NodeKind::SegmentPage, static_cast<int>(kept.size()));
         if (TreeGraphItem* first = node->GetFirstChild()) OpenNode(first);
