@@ -144,7 +144,9 @@ void MainWindow::OnLoadFinished() {
     m_cancel->hide();
     SceneReadResult result = loader->TakeResult();
     std::string error = std::move(result.error);
-    if (result.cancelled) {
+    // A cancel asked after the read ended but before its scene is written still holds: the user
+    // saw a building still loading when they pressed it.
+    if (result.cancelled || loader->CancelAsked()) {
         Report(Outcome::Cancelled, "Loading " + loader->Path() + " was cancelled", {});
     } else if (result.scene && ReplaceScene(*result.scene, loader->Path(), error)) {
         RememberRecent(loader->Path());

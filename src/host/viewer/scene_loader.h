@@ -27,6 +27,7 @@ public:
     void Start();
     // The read stops at its next progress report; Finished follows with a cancelled result.
     void Cancel() { m_cancel = true; }
+    bool CancelAsked() const { return m_cancel; }
     // The result, once Finished was emitted.
     SceneReadResult TakeResult() { return std::move(m_result); }
     // The previews read since the last call, oldest first.
