@@ -112,6 +112,29 @@ TEST_F(MeshImportTest, NodesBecomeSegmentsWithMatricesOrAreFlattened) {
     EXPECT_EQ(census.GetTotalFaces(), Census().GetTotalFaces());
 }
 
+TEST_F(MeshImportTest, AYUpFormatIsTurnedZUpWhenAskedAndStlIsLeft) {
+    MeshReadOptions zUp;
+    zUp.zUp = true;
+    const std::string obj = Write("up.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    const std::string stl =
+        Write("up.stl", "solid t\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\n"
+                        "vertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n"
+                        "endsolid t\n");
+    for (const auto& [path, turned] : {std::pair{obj, true}, std::pair{stl, false}}) {
+        SCOPED_TRACE(path);
+        const HC_KEY segment =
+            HC_Create_Segment(("/model/" + fs::path(path).extension().string().substr(1)).c_str());
+        ASSERT_TRUE(ImportMeshFile(path, segment, zUp).imported);
+        HC_Open_Segment_By_Key(segment);
+        float m[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+        if (HC_Show_Existence("modelling matrix")) HC_Show_Modelling_Matrix(m);
+        HC_Close_Segment();
+        // Where the file's +Y goes: the matrix's second row.
+        EXPECT_EQ((std::vector<float>{m[4], m[5], m[6]}),
+                  (turned ? std::vector<float>{0, 0, 1} : std::vector<float>{0, 1, 0}));
+    }
+}
+
 TEST_F(MeshImportTest, MaterialColoursGoOnTheSegmentOrTheOddShell) {
     Write("two.mtl", "newmtl red\nKd 1 0 0\nnewmtl blue\nKd 0 0 1\n");
     const std::string obj = Write("two.obj", "mtllib two.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\n"

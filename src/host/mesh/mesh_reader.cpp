@@ -196,6 +196,23 @@ void ConvertNodes(const aiNode& root, MeshScene& out) {
     }
 }
 
+bool HasYUp(const std::string& extension) {
+    return extension != ".stl" && extension != ".3mf";
+}
+
+// The root's matrix followed by the turn from +Y up to +Z up: (x, y, z) becomes (x, -z, y).
+void TurnYUpToZUp(MeshNode& root) {
+    std::array<float, 16> m =
+        root.matrix.value_or(std::array<float, 16>{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});
+    for (int row = 0; row < 4; ++row) {
+        float* r = &m[static_cast<std::size_t>(row) * 4];
+        const float y = r[1], z = r[2];
+        r[1] = -z;
+        r[2] = y;
+    }
+    root.matrix = m;
+}
+
 std::string Thousands(std::size_t n) {
     std::string digits = std::to_string(n);
     for (int at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3)
@@ -249,6 +266,7 @@ MeshReadResult ReadMeshFile(const std::string& path, const MeshReadOptions& opti
     } else {
         ConvertNodes(*scene->mRootNode, out);
     }
+    if (options.zUp && HasYUp(extension)) TurnYUpToZUp(out.nodes.front());
     const std::size_t faces = out.FaceCount();
     if (faces == 0) return Failure(path + ": the file holds no faces");
     if (leftOut)

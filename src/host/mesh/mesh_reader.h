@@ -18,6 +18,9 @@ using MeshProgress = std::function<bool(double fraction)>;
 struct MeshReadOptions {
     // One node holding every mesh in world coordinates, instead of the file's hierarchy.
     bool flatten = false;
+    // Turn a model whose format has +Y up (every format assimp reads but STL and 3MF, whose up
+    // is +Z) so that its up is the scene's +Z, by a matrix on the file's root.
+    bool zUp = false;
     MeshProgress progress;
 };
 

@@ -53,6 +53,7 @@ private:
 SceneReadResult ReadMesh(const std::string& path, const ReadProgress& progress) {
     mesh::MeshReadOptions options;
     options.progress = progress;
+    options.zUp = true; // the view's up is +Z, as a building's
     mesh::MeshReadResult read = mesh::ReadMeshFile(path, options);
     SceneReadResult result;
     result.error = std::move(read.error);
