@@ -33,7 +33,8 @@ void SceneLoader::Start() {
                 if (m_previews.size() == 1)
                     QMetaObject::invokeMethod(
                         this, [this] { emit PreviewReady(); }, Qt::QueuedConnection);
-            });
+            },
+            /*upright=*/true); // the file gets a segment of its own in a view whose up is +Z
     });
     m_thread->setParent(this);
     connect(m_thread, &QThread::finished, this, &SceneLoader::Finished);

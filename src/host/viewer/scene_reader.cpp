@@ -50,10 +50,10 @@ private:
     mesh::MeshScene m_scene;
 };
 
-SceneReadResult ReadMesh(const std::string& path, const ReadProgress& progress) {
+SceneReadResult ReadMesh(const std::string& path, const ReadProgress& progress, bool upright) {
     mesh::MeshReadOptions options;
     options.progress = progress;
-    options.zUp = true; // the view's up is +Z, as a building's
+    options.zUp = upright;
     mesh::MeshReadResult read = mesh::ReadMeshFile(path, options);
     SceneReadResult result;
     result.error = std::move(read.error);
@@ -65,10 +65,10 @@ SceneReadResult ReadMesh(const std::string& path, const ReadProgress& progress) 
 } // namespace
 
 SceneReadResult ReadSceneFile(const std::string& path, const ReadProgress& progress,
-                              const ReadPreview& preview) {
+                              const ReadPreview& preview, bool upright) {
     const std::string extension = LowerExtension(path);
     if (extension == "ifc") return ReadIfcFile(path, progress, preview);
-    if (extension != "hmf") return ReadMesh(path, progress);
+    if (extension != "hmf") return ReadMesh(path, progress, upright);
     SceneReadResult result;
     std::error_code code;
     if (!std::filesystem::is_regular_file(path, code))

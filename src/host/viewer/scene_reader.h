@@ -58,9 +58,10 @@ using ReadPreview = std::function<void(std::unique_ptr<PreviewPart> part)>;
 
 // Reads a metafile (.hmf), an IFC building (.ifc) or any mesh format assimp knows, by the
 // file name's extension. Touches no scene: safe on any thread. Only a building gives
-// previews, storey by storey as its products are meshed.
+// previews, storey by storey as its products are meshed. upright turns a mesh whose format has
+// +Y up so that it stands on the view's +Z (by its segment's matrix: for a new segment only).
 SceneReadResult ReadSceneFile(const std::string& path, const ReadProgress& progress = {},
-                              const ReadPreview& preview = {});
+                              const ReadPreview& preview = {}, bool upright = false);
 
 // An IFC building parsed and meshed, to be written as ImportIfcFile would write it.
 SceneReadResult ReadIfcFile(const std::string& path, const ReadProgress& progress,
