@@ -11,7 +11,7 @@
 
 #include "host/view/scene_view_widget.h"
 #include "host/viewer/main_window.h"
-#include "mvo/model_info.h"
+#include "host_viewer/faces.h"
 
 namespace obsidra::host::viewer {
 namespace {
@@ -102,9 +102,7 @@ TEST_P(SamplesTest, OpensCountedAndDrawn) {
         }
     EXPECT_EQ(warned, sample.warns);
 
-    HModelInfo info;
-    info.ComputeModelInfo(s_window->SceneSegment(), 0);
-    const double faces = info.GetTotalFaces();
+    const double faces = Faces(s_window->SceneSegment());
     EXPECT_NEAR(faces, sample.faces, sample.faces * sample.tolerance);
     if (sample.components) {
         ASSERT_TRUE(s_window->Building());

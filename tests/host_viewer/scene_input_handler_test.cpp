@@ -5,19 +5,14 @@
 #include "hc/hc_test.h"
 #include "host/viewer/scene_input_handler.h"
 #include "host/viewer/scene_reader.h"
+#include "host_viewer/faces.h"
 #include "mvo/hdb.h"
-#include "mvo/model_info.h"
 
 namespace obsidra::host::viewer {
 namespace {
 
 class SceneInputHandlerTest : public HcTest {
 protected:
-    static std::uint32_t Faces(HC_KEY segment) {
-        HModelInfo info;
-        info.ComputeModelInfo(segment, 0);
-        return info.GetTotalFaces();
-    }
 };
 
 TEST_F(SceneInputHandlerTest, EveryFormatTheViewerOpensLoadsIntoASegment) {

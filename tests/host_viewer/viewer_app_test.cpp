@@ -28,7 +28,7 @@
 
 #include "host/view/scene_view_widget.h"
 #include "host/viewer/main_window.h"
-#include "mvo/model_info.h"
+#include "host_viewer/faces.h"
 
 namespace obsidra::host::viewer {
 namespace {
@@ -36,12 +36,6 @@ namespace {
 const QString kHouse = OBSIDRA_TEST_DATA "/IfcOpenHouse_IFC4.ifc";
 const QString kSpider = OBSIDRA_TEST_DATA "/Spider_binary.stl";
 const QString kLargeBuilding = OBSIDRA_IFC_SAMPLES "/Tekla_Carwash_MiniProject_IFC2x3.ifc";
-
-std::uint32_t Faces(HC_KEY segment) {
-    HModelInfo info;
-    info.ComputeModelInfo(segment, 0);
-    return info.GetTotalFaces();
-}
 
 // The visible top-level widget of a class, named without its namespace; or null.
 QWidget* TopLevel(const char* className) {

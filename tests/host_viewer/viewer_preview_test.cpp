@@ -7,19 +7,13 @@
 #include <obsidra/hc.h>
 
 #include "host/viewer/main_window.h"
-#include "mvo/model_info.h"
+#include "host_viewer/faces.h"
 
 namespace obsidra::host::viewer {
 namespace {
 
 const QString kHouse = OBSIDRA_TEST_DATA "/IfcOpenHouse_IFC4.ifc";
 const QString kSpider = OBSIDRA_TEST_DATA "/Spider_binary.stl";
-
-std::uint32_t Faces(HC_KEY segment) {
-    HModelInfo info;
-    info.ComputeModelInfo(segment, 0);
-    return info.GetTotalFaces();
-}
 
 bool Visible(HC_KEY segment) {
     char visibility[HC_TEXT_MAX] = "";
