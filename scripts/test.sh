@@ -43,7 +43,7 @@ printf '\x2a1 0 0 0 0 1 0 0 0 0 1 0 5 5 5 1' >"$corpus"/edit/matrix
 cp tests/data/tiny_unknown_entities.ifc "$corpus"/ifc/
 head -c 2048 tests/data/IfcOpenHouse_IFC4.ifc >"$corpus"/ifc/house_start.ifc
 spider=tests/data/Spider_binary.stl
-{ printf '\x00'; head -c 80 $spider; printf '\x18\0\0\0'; tail -c +85 $spider | head -c 1200; } \
+{ printf '\x00'; head -c 80 $spider; printf '\x18\0\0\0'; dd if=$spider bs=1 skip=84 count=1200 status=none; } \
     >"$corpus"/mesh/spider_24.stl
 printf '\x02v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3\nf 1 3 4\n' >"$corpus"/mesh/square.obj
 printf '\x03OFF\n4 2 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n3 0 2 3\n' >"$corpus"/mesh/square.off
