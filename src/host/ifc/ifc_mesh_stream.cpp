@@ -25,6 +25,11 @@ void PutArray(std::string& out, const std::vector<T>& values) {
     out.append(reinterpret_cast<const char*>(values.data()), values.size() * sizeof(T));
 }
 
+void PutText(std::string& out, const std::string& text) {
+    Put(out, static_cast<std::uint32_t>(text.size()));
+    out.append(text);
+}
+
 class Reader {
 public:
     explicit Reader(std::string_view bytes) : m_bytes(bytes) {}
@@ -46,9 +51,10 @@ public:
         return true;
     }
     bool GetText(std::string& text) {
-        std::vector<char> chars;
-        if (!GetArray(chars)) return false;
-        text.assign(chars.begin(), chars.end());
+        std::uint32_t count = 0;
+        if (!Get(count) || m_bytes.size() < count) return false;
+        text.assign(m_bytes.substr(0, count));
+        m_bytes.remove_prefix(count);
         return true;
     }
     bool AtEnd() const { return m_bytes.empty(); }
@@ -98,7 +104,7 @@ void EncodeMeshed(const ModelData& data, int chunk, const std::vector<int>& prod
     }
     Put(frame, static_cast<std::uint32_t>(warnings.size()));
     for (const std::string& warning : warnings)
-        PutArray(frame, std::vector<char>(warning.begin(), warning.end()));
+        PutText(frame, warning);
 }
 
 bool DecodeMeshed(std::string_view frame, const std::vector<std::vector<int>>& chunks,
