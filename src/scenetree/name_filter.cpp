@@ -65,7 +65,6 @@ bool SegmentNameWalk::Step(size_t budget) {
             kept->second.keys.push_back(child);
             if (!newParent) break;
             kept->second.listed = m_listed[level];
-            m_matches.parents.insert(parent);
             if (!m_matches.keep.insert(parent).second) break;
             child = parent;
         }

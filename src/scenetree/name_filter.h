@@ -25,15 +25,15 @@ struct SegmentNameMatches {
     // The hits and every segment between a hit and the root, the root included; empty when
     // nothing matched.
     std::unordered_set<HC_KEY> keep;
-    // Of those, the segments with a kept subsegment: the ones a filtered tree opens.
-    std::unordered_set<HC_KEY> parents;
-    // Each parent's kept subsegments in the order it lists them, and how many subsegments it
-    // had then: a tree makes a parent's rows (and pages) from them without listing it again.
+    // Of those, the segments with a kept subsegment (the ones a filtered tree opens), each with
+    // its kept subsegments in the order it lists them and how many subsegments it had then: a
+    // tree makes a parent's rows (and pages) from them without listing it again.
     struct Kept {
         int listed = 0;
         std::vector<HC_KEY> keys;
     };
     std::unordered_map<HC_KEY, Kept> children;
+    bool IsParent(HC_KEY segment) const { return children.contains(segment); }
     size_t hits = 0;
     // Stopped by the cancel flag: keep and hits hold what was found until then.
     bool cancelled = false;

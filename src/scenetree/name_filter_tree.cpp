@@ -98,7 +98,7 @@ void HoopsSegmentTree::ReopenTrails(const std::vector<NodeTrail>& trails) {
 }
 
 bool HoopsSegmentTree::FilteredParent(HC_KEY segment) const {
-    return m_nameFilter && m_nameFilter->matches.parents.count(segment) != 0;
+    return m_nameFilter && m_nameFilter->matches.IsParent(segment);
 }
 
 const std::vector<HC_KEY>& HoopsSegmentTree::FilteredSubsegments(HC_KEY segment) {

@@ -51,7 +51,8 @@ TEST_F(NameFilterWalk, SliceBySliceFindsWhatTheWholeWalkFinds) {
             EXPECT_TRUE(walk.Step(budget)) << "an ended walk stays ended";
             EXPECT_EQ(walk.Hits().size(), whole.hits) << text << " " << budget;
             EXPECT_EQ(walk.Matches().keep, whole.keep) << text << " " << budget;
-            EXPECT_EQ(walk.Matches().parents, whole.parents) << text << " " << budget;
+            EXPECT_EQ(walk.Matches().children.size(), whole.children.size())
+                << text << " " << budget;
             for (const auto& [parent, kept] : whole.children)
                 EXPECT_EQ(walk.Matches().children.at(parent).keys, kept.keys);
         }
